@@ -1,0 +1,29 @@
+# What every target of ours is compiled with: warnings, sanitizers, coverage, and ccache where it is installed.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+option(WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
+option(COVERAGE "Count which lines run" OFF)
+option(FUZZ "Build the fuzzers (clang only)" OFF)
+set(SANITIZE "" CACHE STRING "Sanitizers, separated by commas")
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(build_options INTERFACE)
+target_compile_options(build_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
+  -Wnon-virtual-dtor -Woverloaded-virtual
+  $<$<BOOL:${WARNINGS_AS_ERRORS}>:-Werror>)
+if(SANITIZE)
+  target_compile_options(build_options INTERFACE -fsanitize=${SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(build_options INTERFACE -fsanitize=${SANITIZE})
+endif()
+if(COVERAGE)
+  target_compile_options(build_options INTERFACE --coverage)
+  target_link_options(build_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,1 @@
+#include "engine/conversion_engine.h"

@@ -1,0 +1,28 @@
+#include "engine/primitives/file_info.h"
+
+#include <array>
+
+namespace tolvane {
+
+std::string_view name(FileKind kind) {
+  constexpr std::array<std::string_view, 10> names = {"pdf",
+                                                      "image",
+                                                      "document",
+                                                      "presentation",
+                                                      "spreadsheet",
+                                                      "video",
+                                                      "audio",
+                                                      "ebook",
+                                                      "subtitle",
+                                                      "archive"};
+  return names.at(static_cast<std::size_t>(kind));
+}
+
+Value FileInfo::json() const {
+  return Value::Map{{"path", url.string()},
+                    {"name", url.filename().string()},
+                    {"kind", name(kind)},
+                    {"detail", detail}};
+}
+
+}  // namespace tolvane

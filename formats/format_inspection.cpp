@@ -1,0 +1,1 @@
+#include "formats/format_inspection.h"

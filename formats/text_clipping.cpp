@@ -1,0 +1,1 @@
+#include "formats/text_clipping.h"

@@ -1,0 +1,1 @@
+#include "platform/documents/pdf_document.h"

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// Parts of a file name. The extension is what follows the last dot of the last component; a
+/// leading dot starts none, and neither does a last one ("Notes." has no extension).
+namespace tolvane::FileNames {
+
+[[nodiscard]] std::string extension(const std::filesystem::path& path);
+/// ASCII letters lowered, other bytes as they are.
+[[nodiscard]] std::string lowerExtension(const std::filesystem::path& path);
+/// The last component without its extension and the dot before it.
+[[nodiscard]] std::string stem(const std::filesystem::path& path);
+
+[[nodiscard]] std::string lower(std::string_view text);
+[[nodiscard]] std::string upper(std::string_view text);
+
+}  // namespace tolvane::FileNames

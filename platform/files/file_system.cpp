@@ -1,0 +1,174 @@
+#include "platform/files/file_system.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+#include "platform/files/platform_error.h"
+
+namespace tolvane::FileSystem {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// An open file, closed when it goes.
+class Descriptor {
+ public:
+  Descriptor(const fs::path& path, int flags, mode_t mode = 0)
+      : number_(::open(path.c_str(), flags | O_CLOEXEC, mode)) {
+    if (number_ < 0) {
+      throw PlatformError::fromErrno("open", path, errno);
+    }
+  }
+  ~Descriptor() { ::close(number_); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  [[nodiscard]] int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+struct stat statusOf(const Descriptor& file, const fs::path& path) {
+  struct stat status = {};
+  if (::fstat(file.number(), &status) != 0) {
+    throw PlatformError::fromErrno("stat", path, errno);
+  }
+  return status;
+}
+
+/// Fills `buffer` from the start of the file and cuts it to what the file held.
+void readInto(const Descriptor& file, const fs::path& path, Bytes& buffer) {
+  std::size_t filled = 0;
+  while (filled < buffer.size()) {
+    const ssize_t count = ::read(file.number(), buffer.data() + filled, buffer.size() - filled);
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      throw PlatformError::fromErrno("read", path, errno);
+    }
+    if (count == 0) {
+      break;
+    }
+    filled += static_cast<std::size_t>(count);
+  }
+  buffer.resize(filled);
+}
+
+void writeAll(const Descriptor& file, const fs::path& path, BytesView bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(file.number(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) {
+      continue;
+    }
+    if (count < 0) {
+      throw PlatformError::fromErrno("write", path, errno);
+    }
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+}
+
+}  // namespace
+
+fs::path resolved(const fs::path& path) {
+  std::error_code ignored;
+  const fs::path absolute = fs::absolute(path, ignored);
+  fs::path result = fs::weakly_canonical(absolute, ignored);
+  if (ignored) {
+    result = absolute.lexically_normal();
+  }
+  // "folder/" names the folder; its last component would otherwise be empty.
+  return result.has_filename() || !result.has_relative_path() ? result : result.parent_path();
+}
+
+Attributes attributes(const fs::path& path) {
+  struct stat status = {};
+  if (::stat(path.c_str(), &status) != 0) {
+    throw PlatformError::fromErrno("stat", path, errno);
+  }
+  return {S_ISREG(status.st_mode),
+          S_ISDIR(status.st_mode),
+          static_cast<std::uint64_t>(std::max<off_t>(status.st_size, 0))};
+}
+
+bool isWritable(const fs::path& folder) {
+  return ::access(folder.c_str(), W_OK) == 0;
+}
+
+Bytes readPrefix(const fs::path& path, std::size_t limit) {
+  const Descriptor file(path, O_RDONLY);
+  const auto size = static_cast<std::size_t>(std::max<off_t>(statusOf(file, path).st_size, 0));
+  Bytes buffer(std::min(size, limit));
+  readInto(file, path, buffer);
+  return buffer;
+}
+
+Bytes readAll(const fs::path& path) {
+  return readPrefix(path, SIZE_MAX);
+}
+
+void writeAtomically(const fs::path& path, BytesView bytes) {
+  const fs::path temporary = path.string() + ".part";
+  try {
+    const Descriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
+    writeAll(file, path, bytes);
+  } catch (...) {
+    removeQuietly(temporary);
+    throw;
+  }
+  if (::rename(temporary.c_str(), path.c_str()) != 0) {
+    const int code = errno;
+    removeQuietly(temporary);
+    throw PlatformError::fromErrno("rename", path, code);
+  }
+}
+
+void createDirectory(const fs::path& path, unsigned mode) {
+  if (::mkdir(path.c_str(), mode) != 0) {
+    throw PlatformError::fromErrno("mkdir", path, errno);
+  }
+  if (::chmod(path.c_str(), mode) != 0) {
+    throw PlatformError::fromErrno("chmod", path, errno);
+  }
+}
+
+void removeQuietly(const fs::path& path) noexcept {
+  std::error_code ignored;
+  fs::remove_all(path, ignored);
+}
+
+LinkOutcome hardLink(const fs::path& existing, const fs::path& name) noexcept {
+  if (::link(existing.c_str(), name.c_str()) == 0) {
+    return LinkOutcome::linked;
+  }
+  return errno == EEXIST ? LinkOutcome::nameTaken : LinkOutcome::refused;
+}
+
+std::string newUuid() {
+  std::array<std::uint8_t, 16> random = {};
+  if (::getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) {
+    throw PlatformError::fromErrno("getrandom", "", errno);
+  }
+  random[6] = static_cast<std::uint8_t>((random[6] & 0x0F) | 0x40);  // version 4, RFC 9562
+  random[8] = static_cast<std::uint8_t>((random[8] & 0x3F) | 0x80);  // variant 1
+  std::string text;
+  for (std::size_t index = 0; index < random.size(); ++index) {
+    if (index == 4 || index == 6 || index == 8 || index == 10) {
+      text += '-';
+    }
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    text += digits[random[index] >> 4];
+    text += digits[random[index] & 0x0F];
+  }
+  return text;
+}
+
+}  // namespace tolvane::FileSystem

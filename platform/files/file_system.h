@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "platform/files/bytes.h"
+
+/// The file-system calls that the engines need. Each throws PlatformError with the system's words.
+namespace tolvane::FileSystem {
+
+struct Attributes {
+  bool isRegularFile = false;
+  bool isDirectory = false;
+  std::uint64_t size = 0;
+};
+
+/// Made absolute, "." and ".." removed, symbolic links followed. A path that does not exist is only
+/// standardized: reading it is what fails.
+[[nodiscard]] std::filesystem::path resolved(const std::filesystem::path& path);
+
+/// Of what the path leads to, links followed.
+[[nodiscard]] Attributes attributes(const std::filesystem::path& path);
+
+[[nodiscard]] bool isWritable(const std::filesystem::path& folder);
+
+/// The first `limit` bytes, fewer if the file is shorter.
+[[nodiscard]] Bytes readPrefix(const std::filesystem::path& path, std::size_t limit);
+[[nodiscard]] Bytes readAll(const std::filesystem::path& path);
+
+/// Writes through a temporary sibling and a rename, so that `path` either holds all of `bytes` or
+/// is as it was.
+void writeAtomically(const std::filesystem::path& path, BytesView bytes);
+
+/// Creates one folder, without its parents, with the given permission bits exactly (umask set
+/// aside).
+void createDirectory(const std::filesystem::path& path, unsigned mode);
+
+/// Removes a file or a whole tree; whatever cannot be removed is left.
+void removeQuietly(const std::filesystem::path& path) noexcept;
+
+enum class LinkOutcome { linked, nameTaken, refused };
+
+/// Gives `existing` a second name. Never replaces an entry, never throws.
+[[nodiscard]] LinkOutcome hardLink(const std::filesystem::path& existing,
+                                   const std::filesystem::path& name) noexcept;
+
+/// A random (version 4) UUID in upper case with hyphens, 36 characters.
+[[nodiscard]] std::string newUuid();
+
+}  // namespace tolvane::FileSystem

@@ -1,0 +1,1 @@
+#include "platform/images/image_decoder.h"

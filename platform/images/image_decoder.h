@@ -1,0 +1,55 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "platform/images/bitmap.h"
+
+namespace tolvane {
+
+/// What the header of a raster image says of its first picture.
+struct ImageHeader {
+  int width = 0;   ///< pixels, as stored: an orientation tag is not applied
+  int height = 0;  ///< pixels, as stored
+  std::string
+      extension;  ///< the type's preferred extension: "jpeg", "png", "gif", "tiff", "webp", ...
+};
+
+/// A JPEG file that can stand in a PDF as it is: 8 bits, grey or three components.
+struct JpegPhoto {
+  Bytes data;  ///< without its EXIF segments
+  int width = 0;
+  int height = 0;
+  int components = 3;   ///< 1 or 3
+  int orientation = 1;  ///< EXIF orientation, 1 to 8
+  Bytes colorProfile;   ///< ICC; empty when there is none
+};
+
+/// Reads raster images: JPEG, PNG, GIF, TIFF, WebP, HEIF and AVIF, JPEG 2000, BMP. What a file is
+/// follows from its content, never from its name. Worker thread.
+class ImageDecoder {
+ public:
+  ImageDecoder() = default;
+  virtual ~ImageDecoder() = default;
+  ImageDecoder(const ImageDecoder&) = delete;
+  ImageDecoder& operator=(const ImageDecoder&) = delete;
+
+  /// Reads the header only. @return nullopt when the file is no raster image that can be opened.
+  [[nodiscard]] virtual std::optional<ImageHeader> probe(const std::filesystem::path& file) = 0;
+
+  /// The first picture, upright, in sRGB, 8 bits, scaled down (never up) so that its longer side is
+  /// at most `maxDimension` pixels. Layout grey, rgb or rgba.
+  /// @throws PlatformError when the file is damaged, cut short or no image.
+  [[nodiscard]] virtual Bitmap decode(const std::filesystem::path& file, int maxDimension) = 0;
+};
+
+/// Loads the decoding library at its first use, except for probes of JPEG and PNG files, whose
+/// headers are read without it. One object for the process.
+[[nodiscard]] ImageDecoder& imageDecoder();
+
+/// @return nullopt when the file is no JPEG, or not one that a PDF can hold as it is. Does not
+/// decode.
+[[nodiscard]] std::optional<JpegPhoto> readJpegPhoto(const std::filesystem::path& file);
+
+}  // namespace tolvane

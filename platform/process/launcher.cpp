@@ -1,0 +1,1 @@
+#include "platform/process/launcher.h"

@@ -1,0 +1,1 @@
+#include "platform/recognition/text_recognizer.h"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/images/bitmap.h"
+
+namespace tolvane {
+
+/// Reads the text in pictures. Worker thread.
+class TextRecognizer {
+ public:
+  TextRecognizer() = default;
+  virtual ~TextRecognizer() = default;
+  TextRecognizer(const TextRecognizer&) = delete;
+  TextRecognizer& operator=(const TextRecognizer&) = delete;
+
+  /// The recognised lines in reading order, without line ends and never empty.
+  /// @param dotsPerInch resolution of the picture; 144 for a page rendered at scale 2.
+  /// @throws PlatformError when no language data is installed or recognition fails.
+  [[nodiscard]] virtual std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) = 0;
+};
+
+/// Loads the library and the language data at its first use: every language that is installed,
+/// English first. One object for the process.
+[[nodiscard]] TextRecognizer& textRecognizer();
+
+}  // namespace tolvane

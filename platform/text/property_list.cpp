@@ -1,0 +1,1 @@
+#include "platform/text/property_list.h"

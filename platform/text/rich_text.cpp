@@ -1,0 +1,1 @@
+#include "platform/text/rich_text.h"

@@ -1,0 +1,1 @@
+#include "platform/text/text_encoding.h"

@@ -1,0 +1,94 @@
+#include "platform/threads/event_loop.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "platform/files/platform_error.h"
+
+namespace tolvane {
+
+EventLoop::EventLoop() : wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  if (wakeUp_ < 0) {
+    throw PlatformError::fromErrno("eventfd", "", errno);
+  }
+}
+
+EventLoop::~EventLoop() {
+  ::close(wakeUp_);
+}
+
+void EventLoop::post(Task task) {
+  {
+    const std::lock_guard guard(lock_);
+    posted_.push_back(std::move(task));
+  }
+  const std::uint64_t one = 1;
+  // Fails only when the counter is full, and then the loop is awake already.
+  [[maybe_unused]] const ssize_t written = ::write(wakeUp_, &one, sizeof one);
+}
+
+void EventLoop::watch(int descriptor, Task ready) {
+  watched_[descriptor] = std::move(ready);
+}
+
+void EventLoop::unwatch(int descriptor) {
+  watched_.erase(descriptor);
+}
+
+void EventLoop::run() {
+  running_ = true;
+  while (running_) {
+    waitForWork();
+  }
+}
+
+void EventLoop::runPosted() {
+  std::uint64_t count = 0;
+  [[maybe_unused]] const ssize_t read = ::read(wakeUp_, &count, sizeof count);
+  while (running_) {
+    Task task;
+    {
+      const std::lock_guard guard(lock_);
+      if (posted_.empty()) {
+        return;
+      }
+      task = std::move(posted_.front());
+      posted_.pop_front();
+    }
+    task();
+  }
+  // Whatever is left must wake the next run().
+  const std::uint64_t one = 1;
+  [[maybe_unused]] const ssize_t written = ::write(wakeUp_, &one, sizeof one);
+}
+
+void EventLoop::waitForWork() {
+  std::vector<pollfd> polled = {{wakeUp_, POLLIN, 0}};
+  for (const auto& [descriptor, ready] : watched_) {
+    polled.push_back({descriptor, POLLIN, 0});
+  }
+  if (::poll(polled.data(), polled.size(), -1) < 0) {
+    if (errno == EINTR) {
+      return;
+    }
+    throw PlatformError::fromErrno("poll", "", errno);
+  }
+  if (polled.front().revents != 0) {
+    runPosted();
+  }
+  for (std::size_t index = 1; index < polled.size() && running_; ++index) {
+    // An earlier callback may have stopped watching this one.
+    const auto found = watched_.find(polled[index].fd);
+    if (polled[index].revents != 0 && found != watched_.end()) {
+      const Task ready = found->second;
+      ready();
+    }
+  }
+}
+
+}  // namespace tolvane

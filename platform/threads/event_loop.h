@@ -1,0 +1,40 @@
+#pragma once
+
+#include <deque>
+#include <map>
+#include <mutex>
+
+#include "platform/threads/main_queue.h"
+
+namespace tolvane {
+
+/// The main thread's loop in programs without a desktop toolkit: runs posted tasks and calls back
+/// when a watched descriptor can be read. Only post() may be called from other threads.
+class EventLoop final : public MainQueue {
+ public:
+  EventLoop();
+  ~EventLoop() override;
+
+  void post(Task task) override;
+
+  /// Calls `ready` in the loop whenever `descriptor` (not owned) is readable or at its end.
+  void watch(int descriptor, Task ready);
+  void unwatch(int descriptor);
+
+  /// Runs until quit(). A task that throws ends the run with its exception.
+  void run();
+  /// Ends run() after the current task; tasks still queued stay queued.
+  void quit() { running_ = false; }
+
+ private:
+  void runPosted();
+  void waitForWork();
+
+  std::mutex lock_;  // guards posted_
+  std::deque<Task> posted_;
+  std::map<int, Task> watched_;
+  int wakeUp_;  // eventfd, owned; readable while something was posted
+  bool running_ = false;
+};
+
+}  // namespace tolvane
