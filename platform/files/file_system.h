@@ -24,6 +24,8 @@ struct Attributes {
 [[nodiscard]] Attributes attributes(const std::filesystem::path& path);
 
 [[nodiscard]] bool isWritable(const std::filesystem::path& folder);
+/// @return whether the path leads to a regular file that this process may execute.
+[[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
 /// The first `limit` bytes, fewer if the file is shorter.
 [[nodiscard]] Bytes readPrefix(const std::filesystem::path& path, std::size_t limit);

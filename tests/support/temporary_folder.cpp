@@ -6,7 +6,7 @@
 
 #include "platform/files/file_system.h"
 
-namespace tolvane::testing {
+namespace tolvane::support {
 
 namespace fs = std::filesystem;
 
@@ -39,4 +39,4 @@ std::string contentOf(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-}  // namespace tolvane::testing
+}  // namespace tolvane::support

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tolvane::testing {
+namespace tolvane::support {
 
 /// A fresh folder for one test, removed with everything in it.
 class TemporaryFolder {
@@ -32,4 +32,4 @@ class TemporaryFolder {
 
 [[nodiscard]] std::string contentOf(const std::filesystem::path& file);
 
-}  // namespace tolvane::testing
+}  // namespace tolvane::support

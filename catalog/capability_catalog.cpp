@@ -1,0 +1,1 @@
+#include "catalog/capability_catalog.h"

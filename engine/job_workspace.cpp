@@ -1,0 +1,61 @@
+#include "engine/job_workspace.h"
+
+#include <algorithm>
+#include <chrono>
+#include <string_view>
+#include <system_error>
+
+#include "platform/files/file_system.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view prefix = ".tolvane-";
+constexpr unsigned ownerOnly = 0700;
+
+bool isWorkspaceName(std::string_view name) {
+  constexpr std::size_t uuidLength = 36;
+  const auto isUuidLetter = [](char letter) {
+    return (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'F') || letter == '-';
+  };
+  return name.starts_with(prefix) && name.size() == prefix.size() + uuidLength &&
+         std::all_of(name.begin() + prefix.size(), name.end(), isUuidLetter);
+}
+
+/// A workspace is made a moment before it is locked; this long it is left alone.
+bool isSettled(const fs::path& workspace) {
+  std::error_code ignored;
+  const auto age = fs::file_time_type::clock::now() - fs::last_write_time(workspace, ignored);
+  return !ignored && age > std::chrono::minutes(1);
+}
+
+void removeAbandonedWorkspaces(const fs::path& destination) {
+  std::error_code ignored;
+  for (fs::directory_iterator entry(destination, ignored), end; !ignored && entry != end;
+       entry.increment(ignored)) {
+    const fs::path workspace = entry->path();
+    if (isWorkspaceName(workspace.filename().string()) && isSettled(workspace)) {
+      if (const auto lock = DirectoryLock::tryLock(workspace)) {
+        FileSystem::removeQuietly(workspace);
+      }
+    }
+  }
+}
+
+}  // namespace
+
+JobWorkspace::JobWorkspace(const fs::path& destination)
+    : path_(destination / (std::string(prefix) + FileSystem::newUuid())) {
+  removeAbandonedWorkspaces(destination);
+  FileSystem::createDirectory(path_, ownerOnly);
+  lock_ = DirectoryLock::tryLock(path_);
+}
+
+JobWorkspace::~JobWorkspace() {
+  FileSystem::removeQuietly(path_);
+}
+
+}  // namespace tolvane

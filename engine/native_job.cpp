@@ -1,0 +1,126 @@
+#include "engine/native_job.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "engine/image_actions.h"
+#include "engine/job_workspace.h"
+#include "engine/pdf_actions.h"
+#include "engine/primitives/conversion_failure.h"
+#include "platform/files/platform_error.h"
+#include "platform/images/image_decoder.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<FileInfo> admit(const ConversionEngine& engine, const Job& job) {
+  if (job.inputs.empty() || job.inputs.size() > Limits::maxInputFiles) {
+    throw ConversionFailure::message("Choose 1–100 files.");
+  }
+  job.token.check();
+  std::vector<FileInfo> files;
+  files.reserve(job.inputs.size());
+  for (const fs::path& input : job.inputs) {
+    files.push_back(engine.inspect(input));
+  }
+  return files;
+}
+
+NativeAction requireAction(const std::string& id) {
+  if (const auto action = nativeAction(id)) {
+    return *action;
+  }
+  throw ConversionFailure::message("This action is unavailable.");
+}
+
+void requireFittingFiles(NativeAction action, const std::vector<FileInfo>& files) {
+  const FileKind kind = inputKind(action);
+  const bool fit = std::all_of(
+      files.begin(), files.end(), [kind](const FileInfo& file) { return file.kind == kind; });
+  if (!fit) {
+    throw ConversionFailure::message(std::string("All selected files must be ") +
+                                     (kind == FileKind::pdf ? "PDFs" : "images") +
+                                     " for this action.");
+  }
+  const bool takesOne = action == NativeAction::editPdf || action == NativeAction::splitPdf;
+  if (takesOne && files.size() != 1) {
+    throw ConversionFailure::message("Select one PDF for this action.");
+  }
+}
+
+void requireCombinableImages(const std::vector<FileInfo>& files) {
+  double area = 0;
+  for (const FileInfo& file : files) {
+    const auto header = imageDecoder().probe(file.url);
+    area += header ? static_cast<double>(header->width) * header->height
+                   : std::numeric_limits<double>::infinity();
+  }
+  if (area > Limits::maxCombinedImageArea) {
+    throw ConversionFailure::message(
+        "Combined images exceed 40 megapixels. Resize them first or combine fewer images.");
+  }
+}
+
+/// Absent when the pages do not come back from the written bytes.
+std::optional<Bytes> verifiedPdf(PdfComposer& composer) {
+  try {
+    Bytes bytes = composer.serialise();
+    const int pages = bytes.empty() ? 0 : pdfLibrary().countPages(bytes);
+    return pages > 0 && pages == composer.pageCount() ? std::optional(std::move(bytes))
+                                                      : std::nullopt;
+  } catch (const PlatformError&) {
+    return std::nullopt;
+  }
+}
+
+}  // namespace
+
+void WorkCounter::advance(int units) {
+  completed_ += units;
+  if (progress_) {
+    progress_(completed_, total_);
+  }
+}
+
+void NativeJob::stagePdf(const std::string& name, PdfComposer& composer) {
+  const auto bytes = verifiedPdf(composer);
+  if (!bytes) {
+    throw ConversionFailure::message("The resulting PDF could not be verified.");
+  }
+  staged.stage(*bytes, name);
+}
+
+std::vector<fs::path> runNativeJob(const ConversionEngine& engine, const Job& job) {
+  std::vector<FileInfo> files = admit(engine, job);
+  const NativeAction action = requireAction(job.action);
+  requireFittingFiles(action, files);
+  if (action == NativeAction::imagesPdf) {
+    requireCombinableImages(files);
+  }
+  std::vector<fs::path> sources;
+  for (const FileInfo& file : files) {
+    sources.push_back(file.url);
+  }
+  const fs::path folder = prepareDestination(job.destination, sources.front());
+  const JobWorkspace workspace(folder);
+
+  NativeJob native = {engine,
+                      action,
+                      std::move(files),
+                      JobOptions::read(job.options),
+                      job.token,
+                      WorkCounter(job.progress),
+                      StagedOutputs(workspace.path(), job.token)};
+  if (inputKind(action) == FileKind::pdf) {
+    runPdfAction(native);
+  } else {
+    runImageAction(native);
+  }
+  return placeAll(native.staged.outputs(), folder, sources, job.token);
+}
+
+}  // namespace tolvane

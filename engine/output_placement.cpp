@@ -1,0 +1,86 @@
+#include "engine/output_placement.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "engine/output_names.h"
+#include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/limits.h"
+#include "platform/files/file_system.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+}  // namespace
+
+StagedOutputs::StagedOutputs(fs::path workspace, const CancellationToken& token)
+    : workspace_(std::move(workspace)), token_(token) {}
+
+void StagedOutputs::stage(BytesView data, std::string name) {
+  token_.check();
+  if (data.empty()) {
+    throw ConversionFailure::message("The conversion produced an empty file.");
+  }
+  total_ += static_cast<std::int64_t>(data.size());
+  if (total_ > Limits::maxOutputBytes) {
+    throw ConversionFailure::message(
+        "This job exceeds the 1 GB output safety limit. Process fewer pages or files.");
+  }
+  const fs::path file = workspace_ / FileSystem::newUuid();
+  FileSystem::writeAtomically(file, data);
+  outputs_.push_back({file, std::move(name)});
+}
+
+fs::path prepareDestination(const std::optional<fs::path>& destination,
+                            const fs::path& firstInput) {
+  const fs::path folder = FileSystem::resolved(destination.value_or(firstInput.parent_path()));
+  if (!FileSystem::attributes(folder).isDirectory || !FileSystem::isWritable(folder)) {
+    throw ConversionFailure::message("The output folder is not writable. Choose another folder.");
+  }
+  return folder;
+}
+
+fs::path promote(const StagedOutput& output,
+                 const fs::path& folder,
+                 const std::vector<fs::path>& sources) {
+  for (int attempt = 0; attempt < Limits::maxNameAttempts; ++attempt) {
+    const fs::path candidate = folder / OutputNames::candidate(output.name, attempt);
+    if (std::find(sources.begin(), sources.end(), candidate) != sources.end()) {
+      continue;
+    }
+    switch (FileSystem::hardLink(output.file, candidate)) {
+      case FileSystem::LinkOutcome::linked:
+        return candidate;
+      case FileSystem::LinkOutcome::nameTaken:
+        continue;
+      case FileSystem::LinkOutcome::refused:
+        throw ConversionFailure::message(
+            "Could not save the result. Check folder permissions and free space.");
+    }
+  }
+  throw ConversionFailure::message("Too many output filename collisions. Choose another folder.");
+}
+
+std::vector<fs::path> placeAll(const std::vector<StagedOutput>& outputs,
+                               const fs::path& folder,
+                               const std::vector<fs::path>& sources,
+                               const CancellationToken& token) {
+  std::vector<fs::path> placed;
+  try {
+    for (const StagedOutput& output : outputs) {
+      token.check();
+      placed.push_back(promote(output, folder, sources));
+    }
+  } catch (...) {
+    for (const fs::path& file : placed) {
+      FileSystem::removeQuietly(file);
+    }
+    throw;
+  }
+  return placed;
+}
+
+}  // namespace tolvane

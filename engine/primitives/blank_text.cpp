@@ -1,0 +1,51 @@
+#include "engine/primitives/blank_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace tolvane {
+
+namespace {
+
+/// The encoded blanks beyond ASCII; U+2000 to U+200A are handled as a range.
+constexpr std::array<std::string_view, 8> wideBlanks = {
+    "\xC2\x85",      // next line
+    "\xC2\xA0",      // no-break space
+    "\xE1\x9A\x80",  // ogham space mark
+    "\xE2\x80\xA8",  // line separator
+    "\xE2\x80\xA9",  // paragraph separator
+    "\xE2\x80\xAF",  // narrow no-break space
+    "\xE2\x81\x9F",  // medium mathematical space
+    "\xE3\x80\x80",  // ideographic space
+};
+
+/// Length in bytes of the blank at the start of `text`; 0 when there is none.
+std::size_t blankLength(std::string_view text) {
+  const char first = text.front();
+  if (first == ' ' || (first >= '\t' && first <= '\r')) {
+    return 1;
+  }
+  constexpr std::string_view generalPunctuation = "\xE2\x80";  // U+2000 to U+203F
+  if (text.starts_with(generalPunctuation) && text.size() > 2 &&
+      static_cast<unsigned char>(text[2]) <= 0x8A) {
+    return 3;
+  }
+  const auto* found = std::find_if(
+      wideBlanks.begin(), wideBlanks.end(), [text](auto blank) { return text.starts_with(blank); });
+  return found != wideBlanks.end() ? found->size() : 0;
+}
+
+}  // namespace
+
+bool isBlank(std::string_view text) {
+  while (!text.empty()) {
+    const std::size_t length = blankLength(text);
+    if (length == 0) {
+      return false;
+    }
+    text.remove_prefix(length);
+  }
+  return true;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,91 @@
+#include <signal.h>
+#include <sys/resource.h>
+
+#include <gmock/gmock.h>
+
+#include "engine/primitives/conversion_failure.h"
+#include "tests/engine/native_job_fixture.h"
+
+namespace tolvane {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+constexpr const char* cancelled = "Cancelled. Your source files are unchanged.";
+
+class JobFaultsTest : public NativeJobFixture {};
+
+TEST_F(JobFaultsTest, TakesOneToAHundredFiles) {
+  makePdf("a.pdf", 1);
+  EXPECT_EQ(failureOf("merge_pdf", {}), "Choose 1–100 files.");
+  EXPECT_EQ(failureOf("merge_pdf", Names(101, "a.pdf")), "Choose 1–100 files.");
+  EXPECT_EQ(run("merge_pdf", Names(100, "a.pdf")), Names{"a-combined.pdf"});
+}
+
+TEST_F(JobFaultsTest, EditsAndSplitsOnePdfOnly) {
+  makePdf("a.pdf", 1);
+  for (const char* action : {"edit_pdf", "split_pdf"}) {
+    EXPECT_EQ(failureOf(action, {"a.pdf", "a.pdf"}), "Select one PDF for this action.") << action;
+  }
+}
+
+TEST_F(JobFaultsTest, HandsUniversalJobsOnUnchecked) {
+  EXPECT_EQ(failureOf("universal", {}), "This action is unavailable.");
+  const ConversionEngine engine([](const ConversionEngine& base, const Job& job) {
+    EXPECT_EQ(job.inputs.size(), 0U);
+    static_cast<void>(base);
+    return std::vector<std::filesystem::path>{"/result"};
+  });
+  const Job job = {"universal", {}, std::nullopt, {}, token_, {}};
+  EXPECT_THAT(engine.run(job), ElementsAre("/result"));
+}
+
+TEST_F(JobFaultsTest, CancellingAtAnyStepLeavesNothing) {
+  makePdf("a.pdf", 2);
+  makePdf("b.pdf", 2);
+  support::writePng(sources_ / "c.png", support::gradient(20, 20, PixelLayout::rgb));
+  for (const char* action : {"pdf_png", "rotate_pdf", "merge_pdf", "extract_text"}) {
+    for (int step = 1; step <= 4; ++step) {
+      CancellationToken fresh;
+      Job job = {action, {sources_ / "a.pdf", sources_ / "b.pdf"}, results_.path(), {}, fresh, {}};
+      job.progress = [&](int completed, int) {
+        if (completed == step) {
+          fresh.cancel();
+        }
+      };
+      EXPECT_EQ(support::failureText([&] { return ConversionEngine().run(job); }), cancelled)
+          << action << " at step " << step;
+      EXPECT_THAT(results_.names(), IsEmpty()) << action << " at step " << step;
+    }
+  }
+  token_.cancel();
+  EXPECT_EQ(failureOf("image_png", {"c.png"}), cancelled);
+  EXPECT_EQ(failureOf("images_pdf", {"c.png"}), cancelled);
+}
+
+TEST_F(JobFaultsTest, JudgesAFileThatWasReplacedAfresh) {
+  makePdf("a.pdf", 1);
+  EXPECT_EQ(ConversionEngine().inspect(sources_ / "a.pdf").kind, FileKind::pdf);
+  sources_.write("a.pdf", "plain text now");
+  EXPECT_THAT(failureOf("rotate_pdf", {"a.pdf"}), HasSubstr("This file type is not supported."));
+}
+
+TEST_F(JobFaultsTest, SaysWhatTheSystemSaysOfAFullDisk) {
+  makePdf("a.pdf", 3);
+  // Stands for a full disk: no file may grow past 1,000 bytes.
+  const auto previousHandler = ::signal(SIGXFSZ, SIG_IGN);
+  rlimit previous = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &previous), 0);
+  const rlimit tight = {1000, previous.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &tight), 0);
+  const std::string failure = failureOf("pdf_png", {"a.pdf"});
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &previous), 0);
+  ::signal(SIGXFSZ, previousHandler);
+  EXPECT_THAT(failure, HasSubstr("File too large"));
+  EXPECT_THAT(results_.names(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,183 @@
+#include "engine/output_placement.h"
+
+#include <chrono>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "engine/job_workspace.h"
+#include "engine/output_names.h"
+#include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/limits.h"
+#include "tests/support/failure_text.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+using support::contentOf;
+using support::failureText;
+using support::TemporaryFolder;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+BytesView bytesOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+struct NameCase {
+  const char* name;
+  int attempt;
+  const char* expected;
+};
+void PrintTo(const NameCase& c, std::ostream* out) {
+  *out << c.name << " #" << c.attempt;
+}
+
+class CandidateTest : public testing::TestWithParam<NameCase> {};
+
+TEST_P(CandidateTest, FollowsTheNumbering) {
+  EXPECT_EQ(OutputNames::candidate(GetParam().name, GetParam().attempt), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names,
+                         CandidateTest,
+                         testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
+                                         NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
+                                         NameCase{"Report.pdf", 9999, "Report-converted-10000.pdf"},
+                                         NameCase{"a.b.png", 2, "a.b-converted-3.png"},
+                                         NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
+
+class PlacementTest : public testing::Test {
+ protected:
+  TemporaryFolder folder_;
+  TemporaryFolder workspace_;
+  CancellationToken token_;
+  StagedOutputs staged_{workspace_.path(), token_};
+};
+
+TEST_F(PlacementTest, TakesTheFirstFreeNameAndKeepsWhatIsThere) {
+  folder_.write("Report.pdf", "old");
+  folder_.write("Report-converted-2.pdf", "older");
+  staged_.stage(bytesOf("new"), "Report.pdf");
+  EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {}, token_),
+              ElementsAre(folder_ / "Report-converted-3.pdf"));
+  EXPECT_EQ(contentOf(folder_ / "Report.pdf"), "old");
+  EXPECT_EQ(contentOf(folder_ / "Report-converted-3.pdf"), "new");
+}
+
+TEST_F(PlacementTest, NeverTakesTheNameOfAnInput) {
+  // The input is gone from the folder, so only the comparison of paths protects its name.
+  staged_.stage(bytesOf("new"), "photo.png");
+  EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {folder_ / "photo.png"}, token_),
+              ElementsAre(folder_ / "photo-converted-2.png"));
+}
+
+TEST_F(PlacementTest, RollsBackWhenAnOutputCannotBePlaced) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"}) {
+    staged_.stage(bytesOf("text"), name);
+  }
+  fs::remove(staged_.outputs()[2].file);
+  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
+            "Could not save the result. Check folder permissions and free space.");
+  EXPECT_THAT(folder_.names(), IsEmpty());
+}
+
+TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
+  folder_.write("a.txt", "");
+  for (int number = 2; number <= Limits::maxNameAttempts; ++number) {
+    fs::create_symlink("nowhere", folder_ / ("a-converted-" + std::to_string(number) + ".txt"));
+  }
+  staged_.stage(bytesOf("text"), "a.txt");
+  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
+            "Too many output filename collisions. Choose another folder.");
+}
+
+TEST_F(PlacementTest, RefusesEmptyAndExcessiveOutputs) {
+  EXPECT_EQ(failureText([&] { staged_.stage({}, "a.txt"); }),
+            "The conversion produced an empty file.");
+  staged_.stage(bytesOf("x"), "a.txt");
+  // Never read: the limit is judged before the first byte is written.
+  const BytesView gigabyte(bytesOf("x").data(), static_cast<std::size_t>(Limits::maxOutputBytes));
+  EXPECT_EQ(failureText([&] { staged_.stage(gigabyte, "b.txt"); }),
+            "This job exceeds the 1 GB output safety limit. Process fewer pages or files.");
+  EXPECT_EQ(workspace_.names().size(), 1U);
+}
+
+TEST_F(PlacementTest, StopsWhenCancelled) {
+  staged_.stage(bytesOf("x"), "a.txt");
+  token_.cancel();
+  EXPECT_EQ(failureText([&] { staged_.stage(bytesOf("x"), "b.txt"); }),
+            "Cancelled. Your source files are unchanged.");
+  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
+            "Cancelled. Your source files are unchanged.");
+  EXPECT_THAT(folder_.names(), IsEmpty());
+}
+
+TEST(DestinationTest, IsTheInputsFolderOrTheChosenOneResolved) {
+  const TemporaryFolder folder;
+  fs::create_directory(folder / "real");
+  fs::create_symlink("real", folder / "link");
+  EXPECT_EQ(prepareDestination(std::nullopt, folder / "a.pdf"), folder.path());
+  EXPECT_EQ(prepareDestination(folder / "link/", folder / "a.pdf"), folder / "real");
+  EXPECT_EQ(
+      failureText([&] { return prepareDestination(folder.write("file", "x"), folder / "a.pdf"); }),
+      "The output folder is not writable. Choose another folder.");
+}
+
+TEST(DestinationTest, MustBeWritable) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
+  // The superuser may write anywhere, so an ordinary user asks.
+  const auto asNobody = [&] {
+    constexpr uid_t nobody = 65534;
+    if (::geteuid() == 0 && ::setresuid(nobody, nobody, nobody) != 0) {
+      ::_exit(2);
+    }
+    const std::string text =
+        failureText([&] { return prepareDestination(folder.path(), folder / "a.pdf"); });
+    ::_exit(text == "The output folder is not writable. Choose another folder." ? 0 : 1);
+  };
+  EXPECT_EXIT(asNobody(), testing::ExitedWithCode(0), "");
+}
+
+TEST(JobWorkspaceTest, IsPrivateAndGoesWithItsContent) {
+  const TemporaryFolder folder;
+  {
+    const JobWorkspace workspace(folder.path());
+    EXPECT_THAT(
+        folder.names(),
+        ElementsAre(testing::MatchesRegex("\\.tolvane-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
+    EXPECT_EQ(fs::status(workspace.path()).permissions(), fs::perms::owner_all);
+    fs::create_directories(workspace.path() / "a/b");
+  }
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST(JobWorkspaceTest, RemovesOnlyAbandonedWorkspaces) {
+  const TemporaryFolder folder;
+  const JobWorkspace running(folder.path());
+  const fs::path abandoned = folder / ".tolvane-00000000-0000-4000-8000-000000000000";
+  const fs::path fresh = folder / ".tolvane-00000000-0000-4000-8000-000000000001";
+  const fs::path other = folder / ".tolvane-notes";
+  for (const fs::path& path : {abandoned, fresh, other}) {
+    fs::create_directory(path);
+    std::error_code ignored;
+    fs::copy_file("/proc/self/comm", path / "content", ignored);
+  }
+  const auto longAgo = fs::file_time_type::clock::now() - std::chrono::hours(1);
+  for (const fs::path& path : {abandoned, other, running.path()}) {
+    fs::last_write_time(path, longAgo);
+  }
+  const JobWorkspace next(folder.path());
+  EXPECT_FALSE(fs::exists(abandoned));
+  EXPECT_TRUE(fs::exists(fresh));
+  EXPECT_TRUE(fs::exists(other));
+  EXPECT_TRUE(fs::exists(running.path()));
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <filesystem>
+
+#include "platform/images/bitmap.h"
+
+/// Small pictures for tests.
+namespace tolvane::support {
+
+/// A picture whose every pixel differs from its neighbours. Alpha, where there is any, grows to the
+/// right.
+[[nodiscard]] Bitmap gradient(int width, int height, PixelLayout layout);
+
+void writePng(const std::filesystem::path& file, const Bitmap& bitmap);
+void writeJpeg(const std::filesystem::path& file, const Bitmap& bitmap);
+
+/// A PNG that declares a size and holds no pixels.
+void writePngHeader(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height);
+
+}  // namespace tolvane::support
