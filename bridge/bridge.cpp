@@ -1,1 +1,65 @@
 #include "bridge/bridge.h"
+
+#include <optional>
+#include <utility>
+
+#include "bridge/result_messages.h"
+
+namespace tolvane {
+
+Bridge::Bridge(BinaryMessenger& messenger,
+               MainQueue& main,
+               DesktopServices services,
+               ConversionEngine engine)
+    : main_(main),
+      services_(std::move(services)),
+      engine_(std::move(engine)),
+      events_(messenger),
+      jobs_(std::make_shared<JobControl>(engine_, worker_, main_, events_)),
+      settings_(services_, events_),
+      palette_(std::make_shared<PaletteMessages>(services_)),
+      methods_(std::make_shared<MethodTable>()) {
+  methods_->addFunction("ready", [this](const Value::Map&) { return ready(); });
+  jobs_->addMethods(*methods_);
+  settings_.addMethods(*methods_);
+  palette_->addMethods(*methods_);
+  ResultMessages::addMethods(*methods_, services_);
+
+  MethodChannel(messenger, bridgeChannelName)
+      .setHandler(
+          [methods = std::weak_ptr(methods_)](const MethodCall& call, const MethodReply& reply) {
+            if (const auto table = methods.lock()) {
+              table->dispatch(call, reply);
+            }
+          });
+  services_.palette->onSettingsDismissed([this, alive = std::weak_ptr(methods_)] {
+    if (!alive.expired()) {
+      send("settingsClosed", {});
+    }
+  });
+  services_.shortcut->registerKey(std::nullopt);
+}
+
+Bridge::~Bridge() {
+  jobs_->cancel();
+}
+
+void Bridge::send(std::string_view type, Value::Map payload) const {
+  events_.send(type, std::move(payload));
+}
+
+Value Bridge::ready() {
+  events_.open();
+  Value::Map reply = selection_.state();
+  reply["version"] = 1;
+  reply["settings"] = settings_.settings();
+  return reply;
+}
+
+void Bridge::quit(std::function<void()> done) {
+  jobs_->cancel();
+  // The worker takes its tasks in turn, so it comes to this one when the job has returned.
+  worker_.post([&main = main_, done = std::move(done)]() mutable { main.post(std::move(done)); });
+}
+
+}  // namespace tolvane

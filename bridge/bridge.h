@@ -1,1 +1,63 @@
 #pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "bridge/binary_messenger.h"
+#include "bridge/desktop_services.h"
+#include "bridge/event_stream.h"
+#include "bridge/job_control.h"
+#include "bridge/method_table.h"
+#include "bridge/palette_messages.h"
+#include "bridge/selection.h"
+#include "bridge/settings_messages.h"
+#include "engine/conversion_engine.h"
+#include "platform/threads/main_queue.h"
+#include "platform/threads/serial_queue.h"
+
+namespace tolvane {
+
+/// The host behind the channel: puts services, engine, worker and the rooms of the contract
+/// together. Main thread only; must not be destroyed from within one of its own callbacks. Calls
+/// that arrive when it is gone are never answered.
+class Bridge {
+ public:
+  /// Registers the global shortcut.
+  /// @param messenger the host's end; not owned; outlives this object.
+  /// @param main not owned; outlives this object and runs on this thread.
+  /// @param services all present.
+  Bridge(BinaryMessenger& messenger,
+         MainQueue& main,
+         DesktopServices services,
+         ConversionEngine engine);
+  /// Asks a running job to stop and waits for it; its outcome is not reported.
+  ~Bridge();
+  Bridge(const Bridge&) = delete;
+  Bridge& operator=(const Bridge&) = delete;
+
+  /// Sends an event; dropped until the interface called "ready".
+  void send(std::string_view type, Value::Map payload) const;
+
+  [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
+
+  /// Asks a running job to stop, and calls `done` when everything the worker had to do is done and
+  /// its outcome was sent. There is no limit to the wait.
+  void quit(std::function<void()> done);
+
+ private:
+  Value ready();
+
+  MainQueue& main_;
+  DesktopServices services_;
+  const ConversionEngine engine_;
+  EventStream events_;
+  Selection selection_;
+  SerialQueue worker_{"app.tolvane.conversion"};
+  std::shared_ptr<JobControl> jobs_;
+  SettingsMessages settings_;
+  std::shared_ptr<PaletteMessages> palette_;
+  std::shared_ptr<MethodTable> methods_;
+};
+
+}  // namespace tolvane

@@ -42,6 +42,8 @@ void EventLoop::unwatch(int descriptor) {
 
 void EventLoop::run() {
   running_ = true;
+  // What an earlier run left behind has used up its wake-up.
+  runPosted();
   while (running_) {
     waitForWork();
   }
@@ -50,21 +52,22 @@ void EventLoop::run() {
 void EventLoop::runPosted() {
   std::uint64_t count = 0;
   [[maybe_unused]] const ssize_t read = ::read(wakeUp_, &count, sizeof count);
-  while (running_) {
-    Task task;
-    {
-      const std::lock_guard guard(lock_);
-      if (posted_.empty()) {
-        return;
-      }
-      task = std::move(posted_.front());
-      posted_.pop_front();
-    }
-    task();
+  std::size_t left = 0;
+  {
+    const std::lock_guard guard(lock_);
+    left = posted_.size();
   }
-  // Whatever is left must wake the next run().
-  const std::uint64_t one = 1;
-  [[maybe_unused]] const ssize_t written = ::write(wakeUp_, &one, sizeof one);
+  // Tasks that these post wait for the next turn, so that watched descriptors have theirs.
+  for (; left > 0 && running_; --left) {
+    nextPosted()();
+  }
+}
+
+EventLoop::Task EventLoop::nextPosted() {
+  const std::lock_guard guard(lock_);
+  Task task = std::move(posted_.front());
+  posted_.pop_front();
+  return task;
 }
 
 void EventLoop::waitForWork() {

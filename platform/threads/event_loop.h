@@ -23,11 +23,12 @@ class EventLoop final : public MainQueue {
 
   /// Runs until quit(). A task that throws ends the run with its exception.
   void run();
-  /// Ends run() after the current task; tasks still queued stay queued.
+  /// Ends run() after the current task; tasks still queued stay queued, for the next run().
   void quit() { running_ = false; }
 
  private:
   void runPosted();
+  [[nodiscard]] Task nextPosted();
   void waitForWork();
 
   std::mutex lock_;  // guards posted_

@@ -35,10 +35,12 @@ void SerialQueue::work() {
     if (stopping_) {
       return;
     }
-    const Task task = std::move(tasks_.front());
+    Task task = std::move(tasks_.front());
     tasks_.pop_front();
     guard.unlock();
     task();
+    // What the task holds may post when it goes, so it goes without the lock.
+    task = nullptr;
     guard.lock();
   }
 }

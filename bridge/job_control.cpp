@@ -1,0 +1,163 @@
+#include "bridge/job_control.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <utility>
+
+#include "engine/primitives/conversion_failure.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::optional<std::string> textAt(const Value::Map& arguments, std::string_view key) {
+  const std::string* text = valueAt(arguments, key).text();
+  return text != nullptr ? std::optional(*text) : std::nullopt;
+}
+
+/// A preview, or why there is none.
+ChannelReply previewOf(const ConversionEngine& engine, const fs::path& file, std::int64_t page) {
+  try {
+    return engine.thumbnail(file, page);
+  } catch (const std::exception& failure) {
+    return ChannelError{"preview", failure.what(), {}};
+  }
+}
+
+}  // namespace
+
+std::optional<JobRequest> JobRequest::read(const Value::Map& arguments) {
+  auto id = textAt(arguments, "id");
+  auto action = textAt(arguments, "action");
+  auto inputs = valueAt(arguments, "inputs").texts();
+  const auto isAbsolute = [](const std::string& path) { return path.starts_with('/'); };
+  if (!id || !action || !inputs || inputs->empty() ||
+      !std::all_of(inputs->begin(), inputs->end(), isAbsolute)) {
+    return std::nullopt;
+  }
+  const Value::Map* options = valueAt(arguments, "options").map();
+  return JobRequest{std::move(*id),
+                    std::move(*action),
+                    std::move(*inputs),
+                    textAt(arguments, "destination"),
+                    options != nullptr ? *options : Value::Map()};
+}
+
+void JobControl::addMethods(MethodTable& table) {
+  table.add("startJob", [this](const Value::Map& arguments, const MethodReply& reply) {
+    start(arguments, reply);
+  });
+  table.addFunction("cancelJob", [this](const Value::Map&) {
+    cancel();
+    return Value();
+  });
+  table.add("thumbnail", [this](const Value::Map& arguments, const MethodReply& reply) {
+    thumbnail(arguments, reply);
+  });
+}
+
+void JobControl::cancel() const {
+  if (active_) {
+    active_->token->cancel();
+  }
+}
+
+void JobControl::start(const Value::Map& arguments, const MethodReply& reply) {
+  if (active_) {
+    reply.error("busy", "Finish or cancel the current job first.");
+    return;
+  }
+  auto request = JobRequest::read(arguments);
+  if (!request) {
+    reply.error("arguments", "Missing conversion inputs.");
+    return;
+  }
+  const auto token = std::make_shared<CancellationToken>();
+  active_ = Active{request->id, token};
+  reply.success();
+  queue(std::move(*request), token);
+}
+
+void JobControl::queue(JobRequest request, const std::shared_ptr<CancellationToken>& token) {
+  worker_.post([self = weak_from_this(),
+                &engine = engine_,
+                &main = main_,
+                request = std::move(request),
+                token] {
+    const Progress progress = [&](int completed, int total) {
+      main.post([self, id = request.id, completed, total] {
+        if (const auto jobs = self.lock()) {
+          jobs->events_.send("jobProgress",
+                             {{"id", id}, {"completed", completed}, {"total", total}});
+        }
+      });
+    };
+    main.post([self, outcome = run(engine, request, *token, progress)] {
+      if (const auto jobs = self.lock()) {
+        jobs->finish(outcome);
+      }
+    });
+  });
+}
+
+JobControl::Outcome JobControl::run(const ConversionEngine& engine,
+                                    const JobRequest& request,
+                                    const CancellationToken& token,
+                                    const Progress& progress) {
+  const Clock::time_point started = Clock::now();
+  try {
+    const std::vector<fs::path> outputs =
+        engine.run({request.action,
+                    {request.inputs.begin(), request.inputs.end()},
+                    request.destination,
+                    request.options,
+                    token,
+                    progress});
+    return {"completed", {outputs.begin(), outputs.end()}, std::nullopt, started};
+  } catch (const ConversionFailure& failure) {
+    const char* status = failure.isCancelled() ? "cancelled" : "failed";
+    return {status, {}, failure.errorDescription(), started};
+  } catch (const std::exception& failure) {
+    return {"failed", {}, failure.what(), started};
+  }
+}
+
+void JobControl::finish(const Outcome& outcome) {
+  const std::chrono::duration<double> seconds = Clock::now() - outcome.started;
+  Value::Map payload = {{"id", active_->id},
+                        {"status", outcome.status},
+                        {"outputs", Value::List(outcome.outputs.begin(), outcome.outputs.end())},
+                        {"seconds", seconds.count()}};
+  if (outcome.error) {
+    payload["error"] = *outcome.error;
+  }
+  active_.reset();
+  events_.send("jobCompleted", std::move(payload));
+}
+
+void JobControl::thumbnail(const Value::Map& arguments, const MethodReply& reply) const {
+  const auto path = textAt(arguments, "path");
+  const auto index = valueAt(arguments, "index").integer();
+  if (!path || !index) {
+    reply.error("arguments", "Missing page.");
+    return;
+  }
+  worker_.post([self = weak_from_this(),
+                &engine = engine_,
+                &main = main_,
+                file = fs::path(*path),
+                page = *index,
+                reply]() mutable {
+    // The reply belongs to the main thread: none of it may stay here.
+    main.post([self, preview = previewOf(engine, file, page), reply = std::move(reply)] {
+      if (self.lock()) {
+        reply.answer(preview);
+      }
+    });
+  });
+}
+
+}  // namespace tolvane

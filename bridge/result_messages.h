@@ -1,0 +1,15 @@
+#pragma once
+
+#include "bridge/desktop_services.h"
+#include "bridge/method_table.h"
+
+namespace tolvane {
+
+/// "reveal", "open" and "copyPath": what the interface does with the results of a job. Main thread
+/// only.
+namespace ResultMessages {
+/// @param services not owned; outlives the table.
+void addMethods(MethodTable& table, const DesktopServices& services);
+}  // namespace ResultMessages
+
+}  // namespace tolvane

@@ -1,0 +1,120 @@
+#include "bridge/value_json.h"
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "bridge/base64.h"
+#include "bridge/standard_codec.h"
+
+namespace tolvane::ValueJson {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* bytesKey = "$bytes";
+
+Json jsonOf(const Value& value);
+
+struct ToJson {
+  Json operator()(std::monostate) const { return nullptr; }
+  Json operator()(const Value::Bytes& bytes) const { return {{bytesKey, Base64::encode(bytes)}}; }
+  Json operator()(const Value::List& list) const {
+    Json json = Json::array();
+    for (const Value& member : list) {
+      json.push_back(jsonOf(member));
+    }
+    return json;
+  }
+  Json operator()(const Value::Map& map) const {
+    Json json = Json::object();
+    for (const auto& [key, member] : map) {
+      json[key] = jsonOf(member);
+    }
+    return json;
+  }
+  template <typename T>
+  Json operator()(const T& scalar) const {
+    return scalar;
+  }
+};
+
+Json jsonOf(const Value& value) {
+  return std::visit(ToJson(), value.variant());
+}
+
+Value valueOf(const Json& json, int depth);
+
+Value listOf(const Json& json, int depth) {
+  Value::List list;
+  list.reserve(json.size());
+  for (const Json& member : json) {
+    list.push_back(valueOf(member, depth));
+  }
+  return list;
+}
+
+std::optional<Value::Bytes> bytesOf(const Json& json) {
+  const auto found = json.find(bytesKey);
+  const bool isMarked = json.size() == 1 && found != json.end() && found->is_string();
+  return isMarked ? Base64::decode(found->get_ref<const std::string&>()) : std::nullopt;
+}
+
+Value mapOf(const Json& json, int depth) {
+  if (auto bytes = bytesOf(json)) {
+    return std::move(*bytes);
+  }
+  Value::Map map;
+  for (const auto& [key, member] : json.items()) {
+    map.emplace(key, valueOf(member, depth));
+  }
+  return map;
+}
+
+Value numberOf(const Json& json) {
+  const bool isPastRange =
+      json.is_number_unsigned() && json.get<std::uint64_t>() > std::uint64_t{INT64_MAX};
+  return json.is_number_float() || isPastRange ? Value(json.get<double>())
+                                               : Value(json.get<std::int64_t>());
+}
+
+Value valueOf(const Json& json, int depth) {
+  if (json.is_structured() && depth >= StandardCodec::maxDepth) {
+    throw ParseError("The text is nested too deeply.");
+  }
+  if (json.is_array()) {
+    return listOf(json, depth + 1);
+  }
+  if (json.is_object()) {
+    return mapOf(json, depth + 1);
+  }
+  if (json.is_number()) {
+    return numberOf(json);
+  }
+  if (json.is_boolean()) {
+    return json.get<bool>();
+  }
+  return json.is_string() ? Value(json.get_ref<const std::string&>()) : Value();
+}
+
+}  // namespace
+
+std::string write(const Value& value) {
+  constexpr int oneLine = -1;
+  return jsonOf(value).dump(oneLine, ' ', false, Json::error_handler_t::replace);
+}
+
+Value parse(std::string_view text) {
+  Json json;
+  try {
+    json = Json::parse(text);
+  } catch (const Json::exception& error) {
+    throw ParseError(error.what());
+  }
+  return valueOf(json, 0);
+}
+
+}  // namespace tolvane::ValueJson

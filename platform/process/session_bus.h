@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+namespace tolvane {
+
+/// What the module tolvane-session-bus does. It is loaded on demand, because GIO takes 3 ms to
+/// load.
+class SessionBus {
+ public:
+  SessionBus() = default;
+  virtual ~SessionBus() = default;
+  SessionBus(const SessionBus&) = delete;
+  SessionBus& operator=(const SessionBus&) = delete;
+
+  /// Calls ShowItems of org.freedesktop.FileManager1 without waiting for the answer.
+  /// @return false when there is no session bus, or nobody on it who answers to that name.
+  virtual bool showItems(const std::vector<std::filesystem::path>& files) = 0;
+};
+
+}  // namespace tolvane
