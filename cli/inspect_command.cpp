@@ -1,8 +1,8 @@
 #include "cli/inspect_command.h"
 
-#include <fmt/format.h>
-
 #include <cstdio>
+
+#include <fmt/format.h>
 
 #include "bridge/value_json.h"
 #include "engine/conversion_engine.h"
@@ -45,7 +45,7 @@ ExitStatus inspectCommand(const Arguments& arguments) {
     }
   }
   if (arguments.json) {
-    fmt::print("{}\n", toJson(entries));
+    fmt::print("{}\n", ValueJson::write(entries));
   }
   return status;
 }

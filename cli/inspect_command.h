@@ -5,8 +5,8 @@
 
 namespace tolvane {
 
-/// `tolvane inspect FILE...`: one line a file, its kind and detail on standard output or its refusal on
-/// standard error. @return failed when a file was refused.
+/// `tolvane inspect FILE...`: one line a file, its kind and detail on standard output or its
+/// refusal on standard error. @return failed when a file was refused.
 [[nodiscard]] ExitStatus inspectCommand(const Arguments& arguments);
 
 }  // namespace tolvane

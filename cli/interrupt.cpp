@@ -1,10 +1,9 @@
 #include "cli/interrupt.h"
 
-#include <sys/signalfd.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <csignal>
+#include <sys/signalfd.h>
+#include <unistd.h>
 #include <utility>
 
 #include "platform/files/platform_error.h"

@@ -6,8 +6,9 @@ namespace tolvane {
 
 class EventLoop;
 
-/// Turns the first Ctrl-C (or request to terminate, or closed terminal) into a call in the event loop. The
-/// second one ends the process at once, for the case that the clean-up does not come to an end.
+/// Turns the first Ctrl-C (or request to terminate, or closed terminal) into a call in the event
+/// loop. The second one ends the process at once, for the case that the clean-up does not come to
+/// an end.
 ///
 /// Make it before any thread is started, so that no other thread takes the signal.
 class Interrupt {

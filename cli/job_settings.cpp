@@ -1,8 +1,7 @@
 #include "cli/job_settings.h"
 
-#include <array>
 #include <algorithm>
-#include <optional>
+#include <array>
 #include <string_view>
 
 #include "bridge/value_json.h"
@@ -45,12 +44,15 @@ Value typedValue(const Setting& setting, const std::string& text) {
   if (setting.type == SettingType::text) {
     return text;
   }
-  const std::optional<Value> parsed = parseJson(text);
-  if (!parsed || !fits(*parsed, setting.type)) {
-    throw UsageError("The option " + std::string(setting.key) + " needs " +
-                     std::string(setting.hint) + ".");
+  try {
+    const Value parsed = ValueJson::parse(text);
+    if (fits(parsed, setting.type)) {
+      return parsed;
+    }
+  } catch (const ValueJson::ParseError&) {
   }
-  return *parsed;
+  throw UsageError("The option " + std::string(setting.key) + " needs " +
+                   std::string(setting.hint) + ".");
 }
 
 }  // namespace
@@ -58,9 +60,10 @@ Value typedValue(const Setting& setting, const std::string& text) {
 Value::Map actionOptions(const Arguments& arguments) {
   Value::Map options;
   for (const auto& [key, text] : arguments.settings) {
-    const auto* found = std::find_if(settings.begin(), settings.end(), [&wanted = key](const Setting& setting) {
-      return setting.key == wanted;
-    });
+    const auto* found =
+        std::find_if(settings.begin(), settings.end(), [&wanted = key](const Setting& setting) {
+          return setting.key == wanted;
+        });
     if (found == settings.end()) {
       throw UsageError("No action has an option " + key + ".");
     }

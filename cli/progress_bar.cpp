@@ -1,18 +1,20 @@
 #include "cli/progress_bar.h"
 
-#include <fmt/format.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <string>
+#include <unistd.h>
+
+#include <fmt/format.h>
 
 namespace tolvane {
 
 ProgressBar::ProgressBar(Visibility visibility)
     : isVisible_(visibility == Visibility::onTerminals && ::isatty(STDERR_FILENO) == 1) {}
 
-ProgressBar::~ProgressBar() { wipe(); }
+ProgressBar::~ProgressBar() {
+  wipe();
+}
 
 void ProgressBar::show(long completed, long total) {
   if (!isVisible_ || total <= 0) {

@@ -2,7 +2,8 @@
 
 namespace tolvane {
 
-/// One line on standard error that grows with the job. Draws nothing when standard error is no terminal.
+/// One line on standard error that grows with the job. Draws nothing when standard error is no
+/// terminal.
 class ProgressBar {
  public:
   enum class Visibility { onTerminals, hidden };
