@@ -25,7 +25,7 @@ struct Attributes {
 
 [[nodiscard]] bool isWritable(const std::filesystem::path& folder);
 
-/// The first `limit` bytes, fewer if the file is shorter.
+/// The first `limit` bytes of a regular file, fewer if it is shorter.
 [[nodiscard]] Bytes readPrefix(const std::filesystem::path& path, std::size_t limit);
 [[nodiscard]] Bytes readAll(const std::filesystem::path& path);
 
