@@ -20,21 +20,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// "scheme://...": an address, unless a file of that relative name exists.
-bool isRemoteAddress(const fs::path& url) {
-  const std::string text = url.string();
-  const std::size_t colon = text.find("://");
-  if (colon == std::string::npos || colon == 0) {
-    return false;
-  }
-  const bool hasScheme =
-      std::all_of(text.begin(), text.begin() + static_cast<long>(colon), [](char letter) {
-        return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
-      });
-  std::error_code ignored;
-  return hasScheme && !fs::exists(url, ignored);
-}
-
 /// Folders that people treat as one document.
 std::optional<FileKind> packageKind(std::string_view extension) {
   constexpr std::array<std::pair<std::string_view, FileKind>, 4> packages = {{
@@ -84,7 +69,7 @@ void requireAdmissibleSize(std::uint64_t size) {
 }  // namespace
 
 FileInfo ConversionEngine::inspect(const fs::path& given) const {
-  if (isRemoteAddress(given)) {
+  if (FileNames::isAddress(given.string())) {
     throw ConversionFailure::message("Choose a local file.");
   }
   const fs::path url = FileSystem::resolved(given);

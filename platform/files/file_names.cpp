@@ -39,6 +39,16 @@ std::string stem(const std::filesystem::path& path) {
   return name.substr(0, extensionDot(name));
 }
 
+bool isAddress(std::string_view text) {
+  const std::size_t colon = text.find("://");
+  if (colon == std::string_view::npos || colon == 0) {
+    return false;
+  }
+  const std::string scheme = lower(text.substr(0, colon));
+  return std::all_of(
+      scheme.begin(), scheme.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; });
+}
+
 std::string lower(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), lowered);

@@ -14,6 +14,9 @@ namespace tolvane::FileNames {
 /// The last component without its extension and the dot before it.
 [[nodiscard]] std::string stem(const std::filesystem::path& path);
 
+/// @return whether the text has the form of an address, "scheme://...".
+[[nodiscard]] bool isAddress(std::string_view text);
+
 [[nodiscard]] std::string lower(std::string_view text);
 [[nodiscard]] std::string upper(std::string_view text);
 

@@ -39,7 +39,7 @@ class Descriptor {
 struct stat statusOf(const Descriptor& file, const fs::path& path) {
   struct stat status = {};
   if (::fstat(file.number(), &status) != 0) {
-    throw PlatformError::fromErrno("stat", path, errno);
+    throw PlatformError::fromErrno("read", path, errno);
   }
   return status;
 }
@@ -92,7 +92,7 @@ fs::path resolved(const fs::path& path) {
 Attributes attributes(const fs::path& path) {
   struct stat status = {};
   if (::stat(path.c_str(), &status) != 0) {
-    throw PlatformError::fromErrno("stat", path, errno);
+    throw PlatformError::fromErrno("read", path, errno);
   }
   return {S_ISREG(status.st_mode),
           S_ISDIR(status.st_mode),
@@ -127,16 +127,16 @@ void writeAtomically(const fs::path& path, BytesView bytes) {
   if (::rename(temporary.c_str(), path.c_str()) != 0) {
     const int code = errno;
     removeQuietly(temporary);
-    throw PlatformError::fromErrno("rename", path, code);
+    throw PlatformError::fromErrno("write", path, code);
   }
 }
 
 void createDirectory(const fs::path& path, unsigned mode) {
   if (::mkdir(path.c_str(), mode) != 0) {
-    throw PlatformError::fromErrno("mkdir", path, errno);
+    throw PlatformError::fromErrno("create", path, errno);
   }
   if (::chmod(path.c_str(), mode) != 0) {
-    throw PlatformError::fromErrno("chmod", path, errno);
+    throw PlatformError::fromErrno("create", path, errno);
   }
 }
 
@@ -155,7 +155,7 @@ LinkOutcome hardLink(const fs::path& existing, const fs::path& name) noexcept {
 std::string newUuid() {
   std::array<std::uint8_t, 16> random = {};
   if (::getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) {
-    throw PlatformError::fromErrno("getrandom", "", errno);
+    throw PlatformError::fromErrno("make a random name", "", errno);
   }
   random[6] = static_cast<std::uint8_t>((random[6] & 0x0F) | 0x40);  // version 4, RFC 9562
   random[8] = static_cast<std::uint8_t>((random[8] & 0x3F) | 0x80);  // variant 1

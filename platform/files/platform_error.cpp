@@ -4,11 +4,12 @@
 
 namespace tolvane {
 
-PlatformError PlatformError::fromErrno(std::string_view call,
+PlatformError PlatformError::fromErrno(std::string_view action,
                                        const std::filesystem::path& path,
                                        int code) {
-  return PlatformError(std::string(call) + " " + path.string() + ": " +
-                       std::generic_category().message(code));
+  const std::string object = path.empty() ? "" : " " + path.string();
+  return PlatformError("Could not " + std::string(action) + object + ": " +
+                       std::generic_category().message(code) + ".");
 }
 
 }  // namespace tolvane

@@ -13,8 +13,9 @@ class PlatformError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 
-  /// "<call> <path>: <the system's text for the code>".
-  [[nodiscard]] static PlatformError fromErrno(std::string_view call,
+  /// "Could not <action> <path>: <the system's text for the code>."
+  /// @param action a verb: "open", "read", "write", ...
+  [[nodiscard]] static PlatformError fromErrno(std::string_view action,
                                                const std::filesystem::path& path,
                                                int code);
 };

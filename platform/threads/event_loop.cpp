@@ -14,7 +14,7 @@ namespace tolvane {
 
 EventLoop::EventLoop() : wakeUp_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   if (wakeUp_ < 0) {
-    throw PlatformError::fromErrno("eventfd", "", errno);
+    throw PlatformError::fromErrno("start the event loop", "", errno);
   }
 }
 
@@ -79,7 +79,7 @@ void EventLoop::waitForWork() {
     if (errno == EINTR) {
       return;
     }
-    throw PlatformError::fromErrno("poll", "", errno);
+    throw PlatformError::fromErrno("wait for events", "", errno);
   }
   if (polled.front().revents != 0) {
     runPosted();

@@ -111,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(
         InspectionCase{"flatPackage", "a.pages", text("x"), "document: PAGES · document"},
         InspectionCase{"table", "a.csv", text("a,b"), "spreadsheet: CSV · spreadsheet"},
         InspectionCase{"largest", "a.zip", largest, "archive: ZIP · archive"}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 INSTANTIATE_TEST_SUITE_P(
     Refused,
@@ -147,7 +147,7 @@ INSTANTIATE_TEST_SUITE_P(
                        tooLarge,
                        "This legacy or unsupported text clipping must first be saved as TXT in "
                        "Finder."}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(InspectionPathsTest, FollowsSymbolicLinks) {
   const TemporaryFolder folder;

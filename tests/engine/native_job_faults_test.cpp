@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/primitives/conversion_failure.h"
-#include "tests/engine/native_job_fixture.h"
+#include "tests/support/native_job_fixture.h"
 
 namespace tolvane {
 namespace {

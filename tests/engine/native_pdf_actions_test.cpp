@@ -2,7 +2,7 @@
 
 #include "engine/primitives/conversion_failure.h"
 #include "platform/images/image_encoder.h"
-#include "tests/engine/native_job_fixture.h"
+#include "tests/support/native_job_fixture.h"
 
 namespace tolvane {
 namespace {

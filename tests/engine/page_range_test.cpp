@@ -45,7 +45,7 @@ INSTANTIATE_TEST_SUITE_P(Selections,
                                          RangeCase{"blanksAround", "\t 1-3 ,4 ", 5, {0, 1, 2, 3}},
                                          RangeCase{"plusSign", "+2", 5, {1}},
                                          RangeCase{"leadingZeros", "001-002", 5, {0, 1}}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 INSTANTIATE_TEST_SUITE_P(Refusals,
                          PageRangeTest,
@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(Refusals,
                                          RangeCase{"lonePlus", "+", 5, {}},
                                          RangeCase{"twoSigns", "++1", 5, {}},
                                          RangeCase{"overflow", "99999999999999999999", 5, {}}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 }  // namespace
 }  // namespace tolvane

@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
         SizeCase{"largest", {.width = 4000, .height = 2500}, 8000, 5000},
         SizeCase{"large", {.width = 4000, .height = 2501}, 0, 0},
         SizeCase{"empty", {.width = 0, .height = 792}, 0, 0}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(LoadImageTest, BoundsTheLongerSide) {
   const TemporaryFolder folder;

@@ -1,0 +1,131 @@
+#include "cli/action_command.h"
+
+#include <cstdio>
+#include <variant>
+
+#include <fmt/format.h>
+
+#include "bridge/bridge.h"
+#include "bridge/channel_client.h"
+#include "bridge/unavailable_services.h"
+#include "bridge/value_json.h"
+#include "cli/interrupt.h"
+#include "cli/job_settings.h"
+#include "cli/progress_bar.h"
+#include "platform/threads/event_loop.h"
+
+namespace tolvane {
+
+namespace {
+
+/// One job from its start to its "jobCompleted", driven like any interface drives the host.
+class JobRun {
+ public:
+  explicit JobRun(ProgressBar::Visibility progress)
+      : interrupt_(loop_,
+                   [this] { client_.call("cancelJob", nullptr, [](const ChannelReply&) {}); }),
+        bridge_(messengers_.host(), loop_, unavailableServices(), ConversionEngine()),
+        client_(messengers_.interface()),
+        progress_(progress) {
+    client_.onEvent([this](const Value::Map& event) { hear(event); });
+    client_.call("ready", nullptr, [](const ChannelReply&) {});
+  }
+
+  /// @return the payload of "jobCompleted".
+  Value::Map run(const Value::Map& arguments) {
+    client_.call("startJob", arguments, [this](const ChannelReply& reply) {
+      if (const auto* error = std::get_if<ChannelError>(&reply)) {
+        finish({{"status", "failed"}, {"error", error->message}});
+      }
+    });
+    if (outcome_.empty()) {
+      loop_.run();
+    }
+    progress_.wipe();
+    return outcome_;
+  }
+
+ private:
+  void hear(const Value::Map& event) {
+    const Value& type = valueAt(event, "type");
+    if (type == Value("jobProgress")) {
+      progress_.show(valueAt(event, "completed").integer().value_or(0),
+                     valueAt(event, "total").integer().value_or(0));
+    } else if (type == Value("jobCompleted")) {
+      finish(event);
+    }
+  }
+
+  void finish(Value::Map outcome) {
+    outcome_ = std::move(outcome);
+    loop_.quit();
+  }
+
+  EventLoop loop_;
+  Interrupt interrupt_;  // before the bridge, whose worker thread must not take the signals
+  MessengerPair messengers_;
+  Bridge bridge_;
+  ChannelClient client_;
+  ProgressBar progress_;
+  Value::Map outcome_;
+};
+
+Value::Map jobArguments(const Arguments& arguments) {
+  Value::List inputs;
+  for (const std::string& file : namedFiles(arguments, 1)) {
+    inputs.emplace_back(file);
+  }
+  Value::Map job = {{"id", "1"},
+                    {"action", arguments.operands.front()},
+                    {"inputs", std::move(inputs)},
+                    {"options", actionOptions(arguments)}};
+  if (arguments.out) {
+    job["destination"] = arguments.out->string();
+  }
+  return job;
+}
+
+void printOutcome(const Value::Map& outcome) {
+  if (const Value::List* outputs = valueAt(outcome, "outputs").list()) {
+    for (const Value& output : *outputs) {
+      fmt::print("{}\n", *output.text());
+    }
+  }
+  if (const std::string* error = valueAt(outcome, "error").text()) {
+    fmt::print(stderr, "{}\n", *error);
+  }
+}
+
+void printJson(Value::Map outcome) {
+  for (const char* key : {"type", "version", "id"}) {
+    outcome.erase(key);
+  }
+  fmt::print("{}\n", ValueJson::write(outcome));
+}
+
+ExitStatus statusOf(const Value::Map& outcome) {
+  const Value& status = valueAt(outcome, "status");
+  if (status == Value("completed")) {
+    return ExitStatus::done;
+  }
+  return status == Value("cancelled") ? ExitStatus::cancelled : ExitStatus::failed;
+}
+
+}  // namespace
+
+ExitStatus actionCommand(const Arguments& arguments) {
+  if (arguments.operands.empty()) {
+    throw UsageError("Name an action and at least one file.");
+  }
+  const bool isSilent = arguments.quiet || arguments.json;
+  JobRun job(isSilent ? ProgressBar::Visibility::hidden : ProgressBar::Visibility::onTerminals);
+  const Value::Map outcome = job.run(jobArguments(arguments));
+  if (arguments.json) {
+    printJson(outcome);
+  } else {
+    printOutcome(outcome);
+  }
+  return statusOf(outcome);
+}
+
+}  // namespace tolvane

@@ -1,0 +1,53 @@
+#include "cli/inspect_command.h"
+
+#include <cstdio>
+
+#include <fmt/format.h>
+
+#include "bridge/value_json.h"
+#include "engine/conversion_engine.h"
+
+namespace tolvane {
+
+namespace {
+
+/// The file entry of an admitted file, or "path" and "error".
+Value judged(const std::string& file) {
+  try {
+    return ConversionEngine().inspect(file).json();
+  } catch (const std::exception& error) {
+    return Value::Map{{"path", file}, {"error", error.what()}};
+  }
+}
+
+void printLine(const std::string& file, const Value& entry) {
+  if (const std::string* error = entry["error"].text()) {
+    fmt::print(stderr, "{}: {}\n", file, *error);
+  } else {
+    fmt::print("{}: {}, {}\n", file, *entry["kind"].text(), *entry["detail"].text());
+  }
+}
+
+}  // namespace
+
+ExitStatus inspectCommand(const Arguments& arguments) {
+  Value::List entries;
+  ExitStatus status = ExitStatus::done;
+  for (const std::string& file : namedFiles(arguments, 0)) {
+    const Value entry = judged(file);
+    if (!entry["error"].isNull()) {
+      status = ExitStatus::failed;
+    }
+    if (arguments.json) {
+      entries.push_back(entry);
+    } else {
+      printLine(file, entry);
+    }
+  }
+  if (arguments.json) {
+    fmt::print("{}\n", ValueJson::write(entries));
+  }
+  return status;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,52 @@
+#include "cli/interrupt.h"
+
+#include <cerrno>
+#include <csignal>
+#include <sys/signalfd.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/files/platform_error.h"
+#include "platform/threads/event_loop.h"
+
+namespace tolvane {
+
+namespace {
+
+sigset_t endingSignals() {
+  sigset_t signals = {};
+  ::sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    ::sigaddset(&signals, signal);
+  }
+  return signals;
+}
+
+}  // namespace
+
+Interrupt::Interrupt(EventLoop& loop, std::function<void()> interrupted)
+    : loop_(loop), interrupted_(std::move(interrupted)) {
+  const sigset_t signals = endingSignals();
+  ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  descriptor_ = ::signalfd(-1, &signals, SFD_CLOEXEC);
+  if (descriptor_ < 0) {
+    throw PlatformError::fromErrno("listen for signals", "", errno);
+  }
+  loop_.watch(descriptor_, [this] { take(); });
+}
+
+Interrupt::~Interrupt() {
+  loop_.unwatch(descriptor_);
+  ::close(descriptor_);
+}
+
+void Interrupt::take() {
+  signalfd_siginfo taken = {};
+  [[maybe_unused]] const ssize_t count = ::read(descriptor_, &taken, sizeof taken);
+  loop_.unwatch(descriptor_);
+  const sigset_t signals = endingSignals();
+  ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  interrupted_();
+}
+
+}  // namespace tolvane

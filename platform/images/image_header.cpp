@@ -1,0 +1,90 @@
+#include "platform/images/image_header.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string_view>
+
+#include <isa-l/crc.h>
+
+#include "platform/images/big_endian.h"
+#include "platform/images/jpeg_segments.h"
+
+namespace tolvane {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+/// The combinations of depth and colour type that PNG knows.
+bool isPngColor(int depth, int type) {
+  constexpr int grey = 0;
+  constexpr int palette = 3;
+  const bool wide = depth == 8 || depth == 16;
+  const bool narrow = depth == 1 || depth == 2 || depth == 4;
+  switch (type) {
+    case grey:
+      return wide || narrow;
+    case palette:
+      return depth == 8 || narrow;
+    case 2:
+    case 4:
+    case 6:
+      return wide;
+    default:
+      return false;
+  }
+}
+
+std::optional<ImageHeader> pngHeader(BytesView start) {
+  constexpr std::string_view signature = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR"sv;
+  constexpr std::size_t size = 33;
+  constexpr std::size_t checked = 17;  // bytes of type and content that the sum covers
+  constexpr std::uint32_t largest = std::numeric_limits<std::int32_t>::max();
+  if (start.size() < size ||
+      !std::equal(signature.begin(), signature.end(), start.begin(), [](char a, std::uint8_t b) {
+        return static_cast<std::uint8_t>(a) == b;
+      })) {
+    return std::nullopt;
+  }
+  const std::uint32_t width = BigEndian::read32(start, 16);
+  const std::uint32_t height = BigEndian::read32(start, 20);
+  const bool intact = crc32_gzip_refl(0, &start[12], checked) == BigEndian::read32(start, 29);
+  if (!intact || !isPngColor(start[24], start[25]) || width == 0 || height == 0 ||
+      std::max(width, height) > largest) {
+    return std::nullopt;
+  }
+  return ImageHeader{static_cast<int>(width), static_cast<int>(height), "png"};
+}
+
+std::optional<ImageHeader> jpegHeader(BytesView start) {
+  constexpr std::uint8_t progressive = 0xC2;
+  JpegSegments segments(start);
+  const std::optional<JpegSegment> first = segments.next();
+  if (!first || first->marker != JpegMarker::startOfImage) {
+    return std::nullopt;
+  }
+  while (const std::optional<JpegSegment> segment = segments.next()) {
+    if (segment->marker == JpegMarker::startOfScan) {
+      break;
+    }
+    if (JpegMarker::startsFrame(segment->marker)) {
+      const std::optional<JpegFrame> frame = jpegFrame(*segment);
+      if (!frame || frame->marker > progressive || frame->precision != 8) {
+        break;
+      }
+      return ImageHeader{frame->width, frame->height, "jpeg"};
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<ImageHeader> imageHeader(BytesView start) {
+  const std::optional<ImageHeader> png = pngHeader(start);
+  return png ? png : jpegHeader(start);
+}
+
+}  // namespace tolvane

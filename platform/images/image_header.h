@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+
+#include "platform/files/bytes.h"
+#include "platform/images/image_decoder.h"
+
+namespace tolvane {
+
+/// Enough for the headers of all but odd files: cameras put up to 64 KB of EXIF and a colour
+/// profile before the size.
+inline constexpr std::size_t imageHeaderLimit = 262144;
+
+/// @param start the first bytes of a file.
+/// @return nullopt when they do not settle that this is a JPEG or PNG, and its size.
+[[nodiscard]] std::optional<ImageHeader> imageHeader(BytesView start);
+
+}  // namespace tolvane

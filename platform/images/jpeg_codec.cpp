@@ -1,0 +1,99 @@
+#include "platform/images/jpeg_codec.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <turbojpeg.h>
+
+#include "platform/files/platform_error.h"
+
+namespace tolvane::JpegCodec {
+
+namespace {
+
+struct TurboDeleter {
+  void operator()(void* handle) const { tjDestroy(handle); }
+};
+using Turbo = std::unique_ptr<void, TurboDeleter>;
+
+struct TurboBytesDeleter {
+  void operator()(std::uint8_t* bytes) const { tjFree(bytes); }
+};
+
+/// The number of bytes from row to row, by which the library means rows without padding.
+constexpr int packedRows = 0;
+
+int turboLayout(PixelLayout layout) {
+  switch (layout) {
+    case PixelLayout::grey:
+      return TJPF_GRAY;
+    case PixelLayout::rgb:
+      return TJPF_RGB;
+    case PixelLayout::rgba:
+      return TJPF_RGBX;
+    case PixelLayout::bgrx:
+      return TJPF_BGRX;
+  }
+  return TJPF_UNKNOWN;
+}
+
+}  // namespace
+
+Bytes encode(const Bitmap& bitmap, int quality) {
+  const Turbo turbo(tjInitCompress());
+  std::uint8_t* buffer = nullptr;
+  unsigned long size = 0;
+  const int failed = tjCompress2(turbo.get(),
+                                 bitmap.pixels.data(),
+                                 bitmap.width,
+                                 packedRows,
+                                 bitmap.height,
+                                 turboLayout(bitmap.layout),
+                                 &buffer,
+                                 &size,
+                                 bitmap.layout == PixelLayout::grey ? TJSAMP_GRAY : TJSAMP_420,
+                                 quality,
+                                 0);
+  const std::unique_ptr<std::uint8_t, TurboBytesDeleter> owner(buffer);
+  if (failed != 0) {
+    throw PlatformError(tjGetErrorStr2(turbo.get()));
+  }
+  return {buffer, buffer + size};
+}
+
+std::optional<ImageEncoder::EncodedSize> size(BytesView encoded) {
+  const Turbo turbo(tjInitDecompress());
+  ImageEncoder::EncodedSize size;
+  int subsampling = 0;
+  int colors = 0;
+  const int failed = tjDecompressHeader3(turbo.get(),
+                                         encoded.data(),
+                                         encoded.size(),
+                                         &size.width,
+                                         &size.height,
+                                         &subsampling,
+                                         &colors);
+  return failed == 0 ? std::optional(size) : std::nullopt;
+}
+
+std::optional<Bitmap> decodeWithoutComplaint(const JpegPhoto& photo) {
+  const Turbo turbo(tjInitDecompress());
+  Bitmap bitmap{
+      photo.width, photo.height, photo.components == 1 ? PixelLayout::grey : PixelLayout::rgb, {}};
+  bitmap.pixels.resize(bitmap.stride() * static_cast<std::size_t>(bitmap.height));
+  const int failed = tjDecompress2(turbo.get(),
+                                   photo.data.data(),
+                                   photo.data.size(),
+                                   bitmap.pixels.data(),
+                                   bitmap.width,
+                                   packedRows,
+                                   bitmap.height,
+                                   turboLayout(bitmap.layout),
+                                   TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS);
+  if (failed != 0) {
+    return std::nullopt;
+  }
+  return bitmap;
+}
+
+}  // namespace tolvane::JpegCodec

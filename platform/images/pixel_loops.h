@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The loops over the bytes of one row of pixels, compiled once for every machine and once more for
+/// machines with 256-bit vectors. Buffers never overlap.
+namespace tolvane::PixelLoops {
+
+/// Whether red, green and blue are the same in every pixel.
+[[nodiscard]] bool isGreyRgb(const std::uint8_t* row, std::size_t pixels);
+[[nodiscard]] bool isGreyBgrx(const std::uint8_t* row, std::size_t pixels);
+
+/// The second component of every pixel, which is green in rgb and in bgrx.
+void greyFromRgb(std::uint8_t* out, const std::uint8_t* row, std::size_t pixels);
+void greyFromBgrx(std::uint8_t* out, const std::uint8_t* row, std::size_t pixels);
+
+void rgbFromBgrx(std::uint8_t* out, const std::uint8_t* row, std::size_t pixels);
+/// Straight alpha over opaque white, rounded to nearest.
+void rgbOverWhite(std::uint8_t* out, const std::uint8_t* rgba, std::size_t pixels);
+
+/// out = row - above, byte by byte, modulo 256.
+void subtract(std::uint8_t* out,
+              const std::uint8_t* row,
+              const std::uint8_t* above,
+              std::size_t bytes);
+
+}  // namespace tolvane::PixelLoops

@@ -1,0 +1,269 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <vips/vips8>
+
+#include "platform/files/file_system.h"
+#include "platform/images/color_profile.h"
+#include "platform/images/image_decoder.h"
+#include "platform/images/image_limits.h"
+#include "platform/images/orientation.h"
+#include "platform/images/vips/bmp_reader.h"
+#include "platform/images/vips/vips_library.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+using vips::VImage;
+
+struct Size {
+  int width = 0;
+  int height = 0;
+};
+
+/// The size at which the longer side is at most `limit`; never larger than `stored`.
+Size fitted(Size stored, int limit) {
+  const int longer = std::max(stored.width, stored.height);
+  if (longer <= limit) {
+    return stored;
+  }
+  const auto scaled = [&](int side) {
+    const double exact = static_cast<double>(side) * limit / longer;
+    return std::max(1, static_cast<int>(std::lround(exact)));
+  };
+  return {scaled(stored.width), scaled(stored.height)};
+}
+
+struct Reader {
+  std::string_view loader;  ///< how the names of the library's loaders start
+  const char* extension;
+};
+
+constexpr std::string_view jpegLoader = "VipsForeignLoadJpeg";
+constexpr std::string_view heifLoader = "VipsForeignLoadHeif";
+constexpr std::array<Reader, 7> readers = {{{jpegLoader, "jpeg"},
+                                            {"VipsForeignLoadPng", "png"},
+                                            {"VipsForeignLoadNsgif", "gif"},
+                                            {"VipsForeignLoadTiff", "tiff"},
+                                            {"VipsForeignLoadWebp", "webp"},
+                                            {heifLoader, "heif"},
+                                            {"VipsForeignLoadJp2k", "jp2"}}};
+
+/// A picture whose header is read and whose pixels are not.
+struct OpenPicture {
+  VImage image;
+  std::string_view loader;
+};
+
+/// @param shrink 1, 2, 4 or 8; above 1 only for JPEG.
+OpenPicture open(const fs::path& file, int shrink = 1) {
+  // A source takes the name as it is; elsewhere the library reads options from brackets in it.
+  const vips::VSource source = vips::VSource::new_from_file(file.c_str());
+  const char* loader = vips_foreign_find_load_source(source.get_source());
+  if (loader == nullptr) {
+    throw VipsLibrary::takeError();
+  }
+  vips::VOption* options =
+      VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
+  if (shrink > 1) {
+    options->set("shrink", shrink);
+  }
+  return {VImage::new_from_source(source, "", options), loader};
+}
+
+int orientationOf(const VImage& image) {
+  const int orientation = image.get_typeof(VIPS_META_ORIENTATION) == G_TYPE_INT
+                              ? image.get_int(VIPS_META_ORIENTATION)
+                              : 1;
+  return orientation >= 1 && orientation <= 8 ? orientation : 1;
+}
+
+std::string extensionOf(const OpenPicture& picture) {
+  if (picture.loader.starts_with(heifLoader) && picture.image.get_typeof("heif-compression") != 0) {
+    const std::string_view compression = picture.image.get_string("heif-compression");
+    return compression == "hevc" ? "heic" : compression == "av1" ? "avif" : "heif";
+  }
+  const auto* const reader =
+      std::find_if(readers.begin(), readers.end(), [&](const Reader& candidate) {
+        return picture.loader.starts_with(candidate.loader);
+      });
+  return reader == readers.end() ? std::string() : reader->extension;
+}
+
+/// Before the exact scaling, JPEG can be read at a half, a quarter or an eighth. At least a factor
+/// of two stays for the scaling, which is what keeps the picture smooth.
+int shrinkAtReading(const OpenPicture& picture, Size target) {
+  if (!picture.loader.starts_with(jpegLoader)) {
+    return 1;
+  }
+  const int factor =
+      std::min(picture.image.width() / target.width, picture.image.height() / target.height);
+  return factor >= 16 ? 8 : factor >= 8 ? 4 : factor >= 4 ? 2 : 1;
+}
+
+VImage scaled(const VImage& image, Size target) {
+  if (image.width() == target.width && image.height() == target.height) {
+    return image;
+  }
+  const double horizontal = static_cast<double>(target.width) / image.width();
+  const double vertical = static_cast<double>(target.height) / image.height();
+  const auto resize = [&](const VImage& source) {
+    return source.resize(horizontal, VImage::option()->set("vscale", vertical));
+  };
+  // Colours weigh by their opacity, else the hidden ones bleed into edges.
+  return image.has_alpha() ? resize(image.premultiply()).unpremultiply().cast(image.format())
+                           : resize(image);
+}
+
+bool hasForeignProfile(const VImage& image) {
+  if (image.get_typeof(VIPS_META_ICC_NAME) == 0) {
+    return false;
+  }
+  std::size_t size = 0;
+  const auto* data = static_cast<const std::uint8_t*>(image.get_blob(VIPS_META_ICC_NAME, &size));
+  return !ColorProfile::isStandardRgb({data, size});
+}
+
+/// By the embedded profile; CMYK without one is taken for the library's usual press.
+VImage fromProfile(const VImage& image) {
+  vips::VOption* options = VImage::option()->set("embedded", true);
+  if (image.interpretation() == VIPS_INTERPRETATION_CMYK) {
+    options->set("input_profile", "cmyk");
+  }
+  try {
+    return image.icc_transform("srgb", options);
+  } catch (const vips::VError&) {
+    vips_error_clear();
+    return image;  // a profile that is damaged or of another kind of picture says nothing
+  }
+}
+
+/// Eight bits; one or two bands for grey, three or four for sRGB.
+VImage onScreen(VImage image) {
+  const bool isGrey = image.bands() - (image.has_alpha() ? 1 : 0) < 3;
+  if (isGrey && image.bands() == 1 && vips_band_format_isfloat(image.format()) != FALSE) {
+    // As with float colours, 0 to 1 is linear light.
+    image = VImage::bandjoin({image, image, image})
+                .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_scRGB));
+  } else if (image.interpretation() == VIPS_INTERPRETATION_CMYK || hasForeignProfile(image)) {
+    image = fromProfile(image);
+  }
+  image = image.colourspace(isGrey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB);
+  return image.format() == VIPS_FORMAT_UCHAR ? image : image.cast(VIPS_FORMAT_UCHAR);
+}
+
+/// Takes a finished strip, which is as wide as the picture.
+int copyRows(VipsRegion* strip, VipsRect* area, void* context) {
+  auto& bitmap = *static_cast<Bitmap*>(context);
+  for (int y = area->top; y < area->top + area->height; ++y) {
+    const std::ptrdiff_t offset = static_cast<std::ptrdiff_t>(y - strip->valid.top) * strip->bpl;
+    std::memcpy(&bitmap.pixels[static_cast<std::size_t>(y) * bitmap.stride()],
+                strip->data + offset,
+                bitmap.stride());
+  }
+  return 0;
+}
+
+/// Runs the pipeline, rows from the top, on the library's threads.
+Bitmap pixelsOf(VImage image) {
+  if (image.bands() == 2) {
+    const VImage grey = image[0];
+    image = VImage::bandjoin({grey, grey, grey, image[1]});
+  }
+  constexpr std::array layouts = {PixelLayout::grey, PixelLayout::rgb, PixelLayout::rgba};
+  const std::size_t index = image.bands() == 1 ? 0 : static_cast<std::size_t>(image.bands()) - 2;
+  Bitmap bitmap{image.width(), image.height(), layouts.at(index), {}};
+  bitmap.pixels.resize(bitmap.stride() * static_cast<std::size_t>(bitmap.height));
+  if (vips_sink_disc(image.get_image(), copyRows, &bitmap) != 0) {
+    throw VipsLibrary::takeError();
+  }
+  return bitmap;
+}
+
+Bitmap decodeBmp(const fs::path& file, int maxDimension) {
+  Bitmap full = BmpReader::decode(file);
+  const Size target = fitted({full.width, full.height}, maxDimension);
+  if (target.width == full.width) {
+    return full;
+  }
+  const VImage image = VImage::new_from_memory(full.pixels.data(),
+                                               full.pixels.size(),
+                                               full.width,
+                                               full.height,
+                                               bytesPerPixel(full.layout),
+                                               VIPS_FORMAT_UCHAR);
+  return pixelsOf(onScreen(scaled(
+      image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB)), target)));
+}
+
+Bitmap decodePicture(const fs::path& file, int maxDimension) {
+  OpenPicture picture = open(file);
+  const Size stored{picture.image.width(), picture.image.height()};
+  if (!isWithinDecodingLimit(stored.width, stored.height)) {
+    throw PlatformError("The image has more than 80 million pixels.");
+  }
+  const Size target = fitted(stored, maxDimension);
+  const int orientation = orientationOf(picture.image);
+  if (const int shrink = shrinkAtReading(picture, target); shrink > 1) {
+    picture = open(file, shrink);
+  }
+  return Orientation::upright(pixelsOf(onScreen(scaled(picture.image, target))), orientation);
+}
+
+/// Translates the library's exceptions.
+template <typename Action>
+auto inOurWords(Action action) {
+  VipsLibrary::start();
+  try {
+    return action();
+  } catch (const vips::VError&) {
+    throw VipsLibrary::takeError();
+  }
+}
+
+bool isBmp(const fs::path& file) {
+  return BmpReader::recognizes(FileSystem::readPrefix(file, 2));
+}
+
+class VipsDecoder final : public ImageDecoder {
+ public:
+  std::optional<ImageHeader> probe(const fs::path& file) override {
+    VipsLibrary::start();
+    if (isBmp(file)) {
+      return BmpReader::header(file);
+    }
+    try {
+      return inOurWords([&] {
+        const OpenPicture picture = open(file);
+        return ImageHeader{picture.image.width(), picture.image.height(), extensionOf(picture)};
+      });
+    } catch (const PlatformError&) {
+      return std::nullopt;
+    }
+  }
+
+  Bitmap decode(const fs::path& file, int maxDimension) override {
+    return inOurWords([&] {
+      return isBmp(file) ? decodeBmp(file, maxDimension) : decodePicture(file, maxDimension);
+    });
+  }
+};
+
+}  // namespace
+
+}  // namespace tolvane
+
+extern "C" __attribute__((visibility("default"))) void* tolvaneImageDecoder() {
+  static tolvane::VipsDecoder decoder;
+  return static_cast<tolvane::ImageDecoder*>(&decoder);
+}

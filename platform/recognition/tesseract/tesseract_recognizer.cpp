@@ -1,0 +1,131 @@
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <omp.h>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <tesseract/baseapi.h>
+#include <tesseract/resultiterator.h>
+
+#include "platform/files/platform_error.h"
+#include "platform/images/image_encoder.h"
+#include "platform/images/pixel_loops.h"
+#include "platform/recognition/text_recognizer.h"
+
+namespace tolvane {
+
+namespace {
+
+using Engine = tesseract::TessBaseAPI;
+
+/// Scripts, page orientation and equations have data files beside those of the languages; vertical
+/// writing is loaded by the language that it belongs to.
+bool isLanguage(const std::string& name) {
+  return name != "osd" && name != "equ" && name != "snum" && name.find('/') == std::string::npos &&
+         !name.ends_with("_vert");
+}
+
+std::unique_ptr<Engine> startedEngine(const std::string& languages) {
+  auto engine = std::make_unique<Engine>();
+  engine->SetVariable("debug_file", "/dev/null");  // else it writes to standard error
+  if (engine->Init(nullptr, languages.c_str(), tesseract::OEM_LSTM_ONLY) != 0) {
+    return nullptr;
+  }
+  engine->SetPageSegMode(tesseract::PSM_AUTO);
+  return engine;
+}
+
+/// Knows every installed language, English first.
+std::unique_ptr<Engine> completeEngine() {
+  std::unique_ptr<Engine> english = startedEngine("eng");
+  if (!english) {
+    throw PlatformError(
+        "Text recognition has no language data. Install the package tesseract-ocr-eng.");
+  }
+  std::vector<std::string> names;
+  english->GetAvailableLanguagesAsVector(&names);
+  std::sort(names.begin(), names.end());
+  std::string languages = "eng";
+  for (const std::string& name : names) {
+    if (name != "eng" && isLanguage(name)) {
+      languages += '+' + name;
+    }
+  }
+  std::unique_ptr<Engine> complete = languages == "eng" ? nullptr : startedEngine(languages);
+  return complete ? std::move(complete) : std::move(english);
+}
+
+/// Grey or rgb, which is what the engine takes.
+Bitmap readable(const Bitmap& picture) {
+  if (picture.layout != PixelLayout::bgrx) {
+    return ImageEncoder::flattened(picture);
+  }
+  Bitmap converted{picture.width, picture.height, PixelLayout::rgb, {}};
+  converted.pixels.resize(converted.stride() * static_cast<std::size_t>(converted.height));
+  PixelLoops::rgbFromBgrx(converted.pixels.data(),
+                          picture.pixels.data(),
+                          picture.pixels.size() / sizeof(std::uint32_t));
+  return converted;
+}
+
+std::string trimmed(std::string_view text) {
+  const std::size_t end = text.find_last_not_of(" \t\r\n");
+  return end == std::string_view::npos ? std::string() : std::string(text.substr(0, end + 1));
+}
+
+std::vector<std::string> foundLines(Engine& engine) {
+  std::vector<std::string> lines;
+  const std::unique_ptr<tesseract::ResultIterator> result(engine.GetIterator());
+  if (!result) {
+    return lines;
+  }
+  do {
+    const std::unique_ptr<char[]> text(result->GetUTF8Text(tesseract::RIL_TEXTLINE));
+    std::string line = trimmed(text ? text.get() : "");
+    if (!line.empty()) {
+      lines.push_back(std::move(line));
+    }
+  } while (result->Next(tesseract::RIL_TEXTLINE));
+  return lines;
+}
+
+class TesseractRecognizer final : public TextRecognizer {
+ public:
+  std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) override {
+    // Its matrices are so small that sharing them between threads takes six times as long. The
+    // setting holds for the calling thread.
+    omp_set_num_threads(1);
+    if (!engine_) {
+      engine_ = completeEngine();
+    }
+    const Bitmap input = readable(picture);
+    engine_->SetImage(input.pixels.data(),
+                      input.width,
+                      input.height,
+                      bytesPerPixel(input.layout),
+                      static_cast<int>(input.stride()));
+    engine_->SetSourceResolution(dotsPerInch);
+    const bool recognized = engine_->Recognize(nullptr) == 0;
+    std::vector<std::string> lines = recognized ? foundLines(*engine_) : std::vector<std::string>();
+    engine_->Clear();
+    if (!recognized) {
+      throw PlatformError("The text of the page could not be recognized.");
+    }
+    return lines;
+  }
+
+ private:
+  std::unique_ptr<Engine> engine_;  ///< stays, because starting it takes longer than a short page
+};
+
+}  // namespace
+
+}  // namespace tolvane
+
+extern "C" __attribute__((visibility("default"))) void* tolvaneTextRecognizer() {
+  static tolvane::TesseractRecognizer recognizer;
+  return static_cast<tolvane::TextRecognizer*>(&recognizer);
+}
