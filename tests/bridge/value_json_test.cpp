@@ -1,0 +1,73 @@
+#include "bridge/value_json.h"
+
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "bridge/base64.h"
+
+namespace tolvane {
+namespace {
+
+struct JsonCase {
+  Value value;
+  const char* text;
+};
+void PrintTo(const JsonCase& c, std::ostream* out) {
+  *out << c.text;
+}
+
+class JsonRoundTripTest : public testing::TestWithParam<JsonCase> {};
+
+TEST_P(JsonRoundTripTest, KeepsTypesBothWays) {
+  EXPECT_EQ(ValueJson::write(GetParam().value), GetParam().text);
+  EXPECT_EQ(ValueJson::parse(GetParam().text), GetParam().value);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ValueJson,
+    JsonRoundTripTest,
+    testing::Values(JsonCase{nullptr, "null"},
+                    JsonCase{5.0, "5.0"},
+                    JsonCase{5, "5"},
+                    JsonCase{INT64_MIN, "-9223372036854775808"},
+                    JsonCase{INT64_MAX, "9223372036854775807"},
+                    JsonCase{"a · \"b\"\n", R"("a · \"b\"\n")"},
+                    JsonCase{Value::Bytes{}, R"({"$bytes":""})"},
+                    JsonCase{Value::Bytes{0xFB, 0xFF}, R"({"$bytes":"+/8="})"},
+                    JsonCase{Value::Map{{"$bytes", "no base64"}}, R"({"$bytes":"no base64"})"},
+                    JsonCase{Value::Map{{"$bytes", ""}, {"a", true}}, R"({"$bytes":"","a":true})"},
+                    JsonCase{Value::Map{{"a", Value::List{1, Value::Map{}}}}, R"({"a":[1,{}]})"}));
+
+TEST(ValueJsonTest, WritesWhatJsonCannotHoldInsteadOfFailing) {
+  EXPECT_EQ(ValueJson::write("/a\xFF"), "\"/a\xEF\xBF\xBD\"");
+  EXPECT_EQ(ValueJson::write(std::numeric_limits<double>::infinity()), "null");
+}
+
+TEST(ValueJsonTest, ReadsNumbersPast64BitsAsDoubles) {
+  EXPECT_EQ(ValueJson::parse("9223372036854775808"), Value(9223372036854775808.0));
+  EXPECT_EQ(ValueJson::parse("1e3"), Value(1000.0));
+}
+
+TEST(ValueJsonTest, RefusesWhatIsNoJsonOrTooDeep) {
+  for (const char* text : {"", "{", "[1,]", "{} {}", "nul", "\"\xFF\"", "1e999"}) {
+    EXPECT_THROW(static_cast<void>(ValueJson::parse(text)), ValueJson::ParseError) << text;
+  }
+  EXPECT_NO_THROW(
+      static_cast<void>(ValueJson::parse(std::string(512, '[') + std::string(512, ']'))));
+  for (const std::size_t depth : {std::size_t{513}, std::size_t{100'000}}) {
+    EXPECT_THROW(
+        static_cast<void>(ValueJson::parse(std::string(depth, '[') + std::string(depth, ']'))),
+        ValueJson::ParseError);
+  }
+}
+
+TEST(Base64Test, RefusesTextThatItWouldNotWrite) {
+  EXPECT_EQ(Base64::decode("TWE="), Bytes({'M', 'a'}));
+  for (const char* text : {"TWE", "TWE==", "TW=E", "TWF=", "T", "TW E", "===="}) {
+    EXPECT_EQ(Base64::decode(text), std::nullopt) << text;
+  }
+}
+
+}  // namespace
+}  // namespace tolvane
