@@ -118,6 +118,12 @@ bool isWritable(const fs::path& folder) {
   return ::access(folder.c_str(), W_OK) == 0;
 }
 
+bool isExecutableFile(const fs::path& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         ::access(path.c_str(), X_OK) == 0;
+}
+
 Bytes readPrefix(const fs::path& path, std::size_t limit) {
   const Descriptor file(path, O_RDONLY);
   const auto size = static_cast<std::size_t>(std::max<off_t>(statusOf(file, path).st_size, 0));
