@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 #include <vector>
 
 #include "platform/files/platform_error.h"
@@ -45,11 +46,26 @@ std::vector<std::string> namesOf(int number) {
   return names;
 }
 
+/// The library's own callback gives U+001A for single bytes in some code pages.
+void replaceMalformed(const void* /*context*/,
+                      UConverterToUnicodeArgs* arguments,
+                      const char* /*bytes*/,
+                      std::int32_t /*length*/,
+                      UConverterCallbackReason reason,
+                      UErrorCode* status) {
+  if (reason <= UCNV_IRREGULAR) {
+    constexpr char16_t replacement = 0xFFFD;
+    *status = U_ZERO_ERROR;
+    ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
+  }
+}
+
 OwnedConverter open(int number) {
   for (const std::string& name : namesOf(number)) {
     UErrorCode status = U_ZERO_ERROR;
     OwnedConverter converter(ucnv_open(name.c_str(), &status));
     if (U_SUCCESS(status)) {
+      ucnv_setToUCallBack(converter.get(), replaceMalformed, nullptr, nullptr, nullptr, &status);
       return converter;
     }
   }

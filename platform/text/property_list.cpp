@@ -1,5 +1,6 @@
 #include "platform/text/property_list.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "platform/text/binary_property_list.h"
@@ -13,7 +14,11 @@ namespace tolvane {
 namespace {
 
 bool startsWith(BytesView bytes, std::string_view prefix) {
-  return bytes.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), bytes.begin());
+  const auto isSame = [](char expected, std::uint8_t byte) {
+    return static_cast<std::uint8_t>(expected) == byte;
+  };
+  return bytes.size() >= prefix.size() &&
+         std::equal(prefix.begin(), prefix.end(), bytes.begin(), isSame);
 }
 
 /// The text in UTF-8 without a byte-order mark.

@@ -157,7 +157,7 @@ void RichTextReader::hexadecimalByte() {
   std::uint8_t byte = 0;
   const auto [stop, error] =
       std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
-  if (error == std::errc() && stop == digits.data() + digits.size()) {
+  if (digits.size() == 2 && error == std::errc() && stop == digits.data() + digits.size()) {
     const char content = static_cast<char>(byte);
     appendRun({&content, 1}, Content::anyBytes);
   }
