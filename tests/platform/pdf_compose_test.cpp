@@ -17,8 +17,8 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::PdfBuilder;
-using testing::TemporaryFolder;
+using support::PdfBuilder;
+using support::TemporaryFolder;
 
 class ComposeTest : public ::testing::Test {
  protected:
