@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/files/platform_error.h"
 
@@ -26,11 +27,22 @@ class Descriptor {
       throw PlatformError::fromErrno("open", path, errno);
     }
   }
-  ~Descriptor() { ::close(number_); }
+  ~Descriptor() {
+    if (number_ >= 0) {
+      ::close(number_);
+    }
+  }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
   [[nodiscard]] int number() const { return number_; }
+
+  /// For written files: some file systems tell only here that they are full.
+  void close(const fs::path& path) {
+    if (::close(std::exchange(number_, -1)) != 0) {
+      throw PlatformError::fromErrno("write", path, errno);
+    }
+  }
 
  private:
   int number_;
@@ -44,11 +56,14 @@ struct stat statusOf(const Descriptor& file, const fs::path& path) {
   return status;
 }
 
-/// Fills `buffer` from the start of the file and cuts it to what the file held.
-void readInto(const Descriptor& file, const fs::path& path, Bytes& buffer) {
+/// @return how many bytes were read; fewer than `size` only at the end of the file.
+std::size_t readInto(const Descriptor& file,
+                     const fs::path& path,
+                     std::uint8_t* buffer,
+                     std::size_t size) {
   std::size_t filled = 0;
-  while (filled < buffer.size()) {
-    const ssize_t count = ::read(file.number(), buffer.data() + filled, buffer.size() - filled);
+  while (filled < size) {
+    const ssize_t count = ::read(file.number(), buffer + filled, size - filled);
     if (count < 0 && errno == EINTR) {
       continue;
     }
@@ -60,7 +75,7 @@ void readInto(const Descriptor& file, const fs::path& path, Bytes& buffer) {
     }
     filled += static_cast<std::size_t>(count);
   }
-  buffer.resize(filled);
+  return filled;
 }
 
 void writeAll(const Descriptor& file, const fs::path& path, BytesView bytes) {
@@ -103,11 +118,29 @@ bool isWritable(const fs::path& folder) {
   return ::access(folder.c_str(), W_OK) == 0;
 }
 
+bool isExecutableFile(const fs::path& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         ::access(path.c_str(), X_OK) == 0;
+}
+
 Bytes readPrefix(const fs::path& path, std::size_t limit) {
   const Descriptor file(path, O_RDONLY);
   const auto size = static_cast<std::size_t>(std::max<off_t>(statusOf(file, path).st_size, 0));
-  Bytes buffer(std::min(size, limit));
-  readInto(file, path, buffer);
+  // One byte more than the size said, so that the end of the file is met (files of the kernel say 0
+  // whatever they hold), and the error of a folder, whose size may be 0.
+  std::size_t wanted = std::min(std::max(size + 1, std::size_t{4096}), limit);
+  Bytes buffer;
+  while (buffer.size() < wanted) {
+    const std::size_t filled = buffer.size();
+    buffer.resize(wanted);
+    const std::size_t count = readInto(file, path, buffer.data() + filled, wanted - filled);
+    buffer.resize(filled + count);
+    if (buffer.size() < wanted) {
+      break;
+    }
+    wanted += std::min(wanted, limit - wanted);
+  }
   return buffer;
 }
 
@@ -116,18 +149,18 @@ Bytes readAll(const fs::path& path) {
 }
 
 void writeAtomically(const fs::path& path, BytesView bytes) {
-  const fs::path temporary = path.string() + ".part";
+  // A name of its own: whatever else stands in the folder is not ours to write to or remove.
+  const fs::path temporary = path.parent_path() / ("." + newUuid() + ".part");
+  Descriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
   try {
-    const Descriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
     writeAll(file, path, bytes);
+    file.close(path);
+    if (::rename(temporary.c_str(), path.c_str()) != 0) {
+      throw PlatformError::fromErrno("write", path, errno);
+    }
   } catch (...) {
     removeQuietly(temporary);
     throw;
-  }
-  if (::rename(temporary.c_str(), path.c_str()) != 0) {
-    const int code = errno;
-    removeQuietly(temporary);
-    throw PlatformError::fromErrno("write", path, code);
   }
 }
 

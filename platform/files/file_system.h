@@ -27,7 +27,7 @@ struct Attributes {
 /// @return whether the path leads to a regular file that this process may execute.
 [[nodiscard]] bool isExecutableFile(const std::filesystem::path& path);
 
-/// The first `limit` bytes, fewer if the file is shorter.
+/// The first `limit` bytes of a regular file, fewer if it is shorter.
 [[nodiscard]] Bytes readPrefix(const std::filesystem::path& path, std::size_t limit);
 [[nodiscard]] Bytes readAll(const std::filesystem::path& path);
 

@@ -56,12 +56,12 @@ std::string executable(const std::string& program) {
 int fileWith(const std::string& input) {
   const int file = ::memfd_create("tolvane-input", MFD_CLOEXEC);
   if (file < 0) {
-    throw PlatformError::fromErrno("memfd_create", "", errno);
+    throw PlatformError::fromErrno("prepare the input", "", errno);
   }
   if (::pwrite(file, input.data(), input.size(), 0) != static_cast<ssize_t>(input.size())) {
     const int code = errno;
     ::close(file);
-    throw PlatformError::fromErrno("write", "memfd", code);
+    throw PlatformError::fromErrno("prepare the input", "", code);
   }
   return file;
 }
@@ -147,14 +147,14 @@ void start(const std::string& program,
   const Descriptor content(fileWith(input));
   std::array<int, 2> ends = {};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) {
-    throw PlatformError::fromErrno("pipe2", "", errno);
+    throw PlatformError::fromErrno("start a program", "", errno);
   }
   const Descriptor reports(ends[0]);
   Descriptor failure(ends[1]);
 
   const pid_t session = ::fork();
   if (session < 0) {
-    throw PlatformError::fromErrno("fork", "", errno);
+    throw PlatformError::fromErrno("start a program", "", errno);
   }
   if (session == 0) {
     startSession({file.c_str(), pointers.data(), content.number(), failure.number()});

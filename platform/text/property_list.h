@@ -21,7 +21,8 @@ struct PropertyList {
   std::variant<Other, std::string, Bytes, Array, Dictionary> value;
 
   /// Reads the XML, binary and old-style text encodings, told apart by content.
-  /// Nesting deeper than 512 levels, cycles and references outside the file are refused.
+  /// Nesting deeper than 512 levels, more than a million values, cycles and references outside the
+  /// file are refused.
   /// @return nullopt when the bytes are none of the three, or damaged.
   [[nodiscard]] static std::optional<PropertyList> parse(BytesView bytes);
 

@@ -13,7 +13,8 @@ namespace tolvane::RichText {
 [[nodiscard]] std::optional<std::string> plainText(std::string_view rtf);
 
 /// An RTF document that shows `text` (UTF-8), pure ASCII: every other character is a Unicode
-/// escape.
+/// escape. Line ends of any kind end paragraphs.
+/// @param text below 2 GiB.
 [[nodiscard]] std::string document(std::string_view text);
 
 }  // namespace tolvane::RichText

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "platform/files/bytes.h"
 
@@ -16,10 +15,7 @@ namespace tolvane::TextEncoding {
 /// With a byte-order mark in the order that it tells (the mark is dropped), without one
 /// little-endian.
 [[nodiscard]] std::optional<std::string> fromUtf16(BytesView bytes);
-[[nodiscard]] std::optional<std::string> fromMacRoman(BytesView bytes);
-/// @param codePage a Windows code page number such as 1252, 932, 10000 (Mac Roman) or 65001
-/// (UTF-8);
-///   unknown numbers read as 1252. Not strict: a malformed sequence gives U+FFFD.
-[[nodiscard]] std::string fromCodePage(int codePage, std::string_view bytes);
+/// Never absent: each of the 256 bytes is a character.
+[[nodiscard]] std::string fromMacRoman(BytesView bytes);
 
 }  // namespace tolvane::TextEncoding

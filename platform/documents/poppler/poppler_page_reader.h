@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/documents/page_reader.h"
+
+namespace tolvane {
+
+/// Page reader on poppler, painting with cairo straight into the bitmap's memory.
+class PopplerPageReader : public PageReader {
+ public:
+  struct Handle;
+
+  explicit PopplerPageReader(std::unique_ptr<Handle> handle);
+  ~PopplerPageReader() override;
+
+  void render(int page, int width, int height, Bitmap& bitmap) override;
+  std::string text(int page) override;
+
+ private:
+  std::unique_ptr<Handle> handle_;
+};
+
+class PopplerPageReaderFactory : public PageReaderFactory {
+ public:
+  PopplerPageReaderFactory();
+
+  std::unique_ptr<PageReader> open(int descriptor) override;
+  std::unique_ptr<PageReader> open(Bytes pdf) override;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "platform/files/bytes.h"
+
+class QPDF;
+
+namespace tolvane {
+
+/// Writes a document into memory: not encrypted, streams as they are.
+/// @param minimumVersion of the format, such as "1.4"; the document's own counts when it is higher.
+[[nodiscard]] Bytes written(QPDF& document, const std::string& minimumVersion);
+
+}  // namespace tolvane

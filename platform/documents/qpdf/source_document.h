@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/documents/page_reader.h"
+#include "platform/documents/pdf_document.h"
+#include "platform/documents/qpdf/source_file.h"
+
+class QPDF;
+class QPDFObjectHandle;
+
+namespace tolvane {
+
+/// An open file. The page reader is made when a page is first rendered or read.
+class SourceDocument : public PdfDocument {
+ public:
+  SourceDocument(std::shared_ptr<SourceFile> file, std::shared_ptr<QPDF> document);
+  ~SourceDocument() override;
+
+  int pageCount() const override;
+  PdfPageGeometry geometry(int page) override;
+  void render(int page, int width, int height, Bitmap& bitmap) override;
+  std::string text(int page) override;
+
+  /// The page's object with the entries that it inherits; to be copied, not changed.
+  [[nodiscard]] QPDFObjectHandle completePage(int index);
+  [[nodiscard]] std::string version() const;
+  void checkUnchanged() const { file_->checkUnchanged(); }
+
+ private:
+  [[nodiscard]] const QPDFObjectHandle& page(int index) const;
+  [[nodiscard]] PageReader& reader();
+  [[nodiscard]] bool deservesCopy() const;
+
+  std::shared_ptr<SourceFile> file_;
+  std::shared_ptr<QPDF> document_;
+  std::vector<QPDFObjectHandle> pages_;
+  std::unique_ptr<PageReader> reader_;
+  bool readsCopy_ = false;
+  int pagesRead_ = 0;
+};
+
+}  // namespace tolvane

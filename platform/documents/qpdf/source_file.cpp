@@ -1,0 +1,66 @@
+#include "platform/documents/qpdf/source_file.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/files/platform_error.h"
+
+namespace tolvane {
+
+namespace {
+
+bool sameContent(const struct stat& left, const struct stat& right) {
+  return left.st_dev == right.st_dev && left.st_ino == right.st_ino &&
+         left.st_size == right.st_size && left.st_mtim.tv_sec == right.st_mtim.tv_sec &&
+         left.st_mtim.tv_nsec == right.st_mtim.tv_nsec;
+}
+
+}  // namespace
+
+SourceFile::SourceFile(std::filesystem::path path)
+    : path_(std::move(path)), descriptor_(::open(path_.c_str(), O_RDONLY | O_CLOEXEC)) {
+  if (descriptor_ < 0) {
+    throw PlatformError::fromErrno("open", path_, errno);
+  }
+  if (::fstat(descriptor_, &opened_) != 0) {
+    const int code = errno;
+    ::close(descriptor_);
+    throw PlatformError::fromErrno("stat", path_, code);
+  }
+}
+
+SourceFile::~SourceFile() {
+  ::close(descriptor_);
+}
+
+std::size_t SourceFile::read(std::uint64_t offset, std::span<char> into) noexcept {
+  std::size_t done = 0;
+  while (done < into.size()) {
+    const ssize_t count = ::pread(
+        descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    } else if (count == 0 || errno != EINTR) {
+      readFailure_ = count < 0 && readFailure_ == 0 ? errno : readFailure_;
+      break;
+    }
+  }
+  return done;
+}
+
+void SourceFile::checkUnchanged() const {
+  if (readFailure_ != 0) {
+    throw PlatformError::fromErrno("read", path_, readFailure_);
+  }
+  struct stat now {};
+  if (::stat(path_.c_str(), &now) != 0) {
+    throw PlatformError::fromErrno("stat", path_, errno);
+  }
+  if (!sameContent(opened_, now)) {
+    throw PlatformError("read " + name() + ": the file changed after it was opened");
+  }
+}
+
+}  // namespace tolvane

@@ -1,1 +1,0 @@
-#include "platform/text/rich_text.h"

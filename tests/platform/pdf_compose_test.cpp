@@ -1,0 +1,131 @@
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/documents/pdf_document.h"
+#include "platform/files/file_system.h"
+#include "tests/support/pdf_builder.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::PdfBuilder;
+using testing::TemporaryFolder;
+
+class ComposeTest : public ::testing::Test {
+ protected:
+  std::shared_ptr<PdfDocument> reopened(PdfComposer& composer) {
+    const fs::path file = folder_ / (FileSystem::newUuid() + ".pdf");
+    const Bytes bytes = composer.serialise();
+    EXPECT_EQ(pdfLibrary().countPages(bytes), composer.pageCount());
+    FileSystem::writeAtomically(file, bytes);
+    return pdfLibrary().open(file);
+  }
+
+  /// "<text>@<rotation>" of each page.
+  static std::vector<std::string> summary(PdfDocument& document) {
+    std::vector<std::string> pages;
+    for (int page = 0; page < document.pageCount(); ++page) {
+      pages.push_back(document.text(page) + "@" + std::to_string(document.geometry(page).rotation));
+    }
+    return pages;
+  }
+
+  TemporaryFolder folder_;
+};
+
+TEST_F(ComposeTest, KeepsOrderAndTurnsPages) {
+  const auto letters = pdfLibrary().open(PdfBuilder()
+                                             .page({.rotation = 270, .text = "A"})
+                                             .page({.text = "B"})
+                                             .inherited("/Rotate 90")
+                                             .write(folder_ / "letters.pdf"));
+  const auto digits =
+      pdfLibrary().open(PdfBuilder().page({.text = "1"}).write(folder_ / "digits.pdf"));
+  const auto composer = pdfLibrary().compose();
+  composer->append(letters, 1, std::nullopt);
+  composer->append(digits, 0, 180);
+  composer->append(letters, 0, std::nullopt);
+  composer->append(letters, 1, -90);
+  composer->append(letters, 1, 0);
+
+  EXPECT_EQ(composer->pageCount(), 5);
+  EXPECT_THAT(summary(*reopened(*composer)),
+              ::testing::ElementsAre("B@90", "1@180", "A@270", "B@-90", "B@0"));
+}
+
+TEST_F(ComposeTest, LeavesTheSourceAsItIs) {
+  const auto source = pdfLibrary().open(PdfBuilder()
+                                            .page({.text = "Turned", .mediaBox = ""})
+                                            .inherited("/Rotate 90 /MediaBox [0 0 700 800]")
+                                            .write(folder_ / "source.pdf"));
+  const auto first = pdfLibrary().compose();
+  first->append(source, 0, 180);
+  const std::vector<std::string> turned = summary(*reopened(*first));
+  const auto second = pdfLibrary().compose();
+  second->append(source, 0, std::nullopt);
+  const auto copy = reopened(*second);
+
+  EXPECT_THAT(turned, ::testing::ElementsAre("Turned@180"));
+  EXPECT_EQ(summary(*copy), summary(*source));
+  EXPECT_EQ(copy->geometry(0).width, 700);
+  Bitmap sourcePixels;
+  Bitmap copyPixels;
+  source->render(0, 400, 350, sourcePixels);
+  copy->render(0, 400, 350, copyPixels);
+  EXPECT_EQ(copyPixels.pixels, sourcePixels.pixels);
+}
+
+TEST_F(ComposeTest, KeepsBoxesAnnotationsAndDataOfPages) {
+  const std::string content = "% kept to the byte\n0 0 1 rg 0 0 9 9 re f";
+  auto source = pdfLibrary().open(
+      PdfBuilder()
+          .page({.drawing = content,
+                 .entries = "/Annots [<< /Type /Annot /Subtype /Text /Rect [0 0 9 9] "
+                            "/Contents (A remark) >>]"})
+          .inherited("/CropBox [1 2 30 40]")
+          .write(folder_ / "source.pdf"));
+  const auto composer = pdfLibrary().compose();
+  composer->append(source, 0, std::nullopt);
+  Bitmap bitmap;
+  source->render(0, 10, 10, bitmap);  // from a copy without the crop box
+  source.reset();                     // the composer keeps it
+
+  const Bytes bytes = composer->serialise();
+  const std::string text(bytes.begin(), bytes.end());
+  EXPECT_THAT(text, ::testing::HasSubstr(content));
+  EXPECT_THAT(text, ::testing::HasSubstr("A remark"));
+  EXPECT_THAT(text, ::testing::HasSubstr("[ 1 2 30 40 ]"));
+}
+
+TEST_F(ComposeTest, WritesProtectedPagesInTheClear) {
+  const auto source = pdfLibrary().open(
+      PdfBuilder().page({.text = "Clear"}).writeRestricted(folder_ / "owner.pdf", "secret"));
+  const auto composer = pdfLibrary().compose();
+  composer->append(source, 0, std::nullopt);
+  const Bytes bytes = composer->serialise();
+  EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
+              ::testing::Not(::testing::HasSubstr("/Encrypt")));
+  EXPECT_THAT(summary(*reopened(*composer)), ::testing::ElementsAre("Clear@0"));
+}
+
+TEST_F(ComposeTest, RefusesPagesThatAreNotThere) {
+  const auto source = pdfLibrary().open(PdfBuilder().page({}).write(folder_ / "one.pdf"));
+  const auto composer = pdfLibrary().compose();
+  EXPECT_THROW(composer->append(source, 1, std::nullopt), PlatformError);
+  EXPECT_THROW(composer->append(source, -1, 90), PlatformError);
+  EXPECT_EQ(composer->pageCount(), 0);
+  EXPECT_EQ(pdfLibrary().countPages(composer->serialise()), 0);
+}
+
+}  // namespace
+
+}  // namespace tolvane

@@ -1,0 +1,158 @@
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <ostream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/documents/pdf_document.h"
+#include "tests/support/pdf_builder.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+
+namespace {
+
+using testing::PdfBuilder;
+using testing::PdfPage;
+using testing::TemporaryFolder;
+
+constexpr std::uint32_t white = 0xFFFFFF;
+constexpr std::uint32_t red = 0xFF0000;
+
+/// 0xRRGGBB of a painted page.
+std::uint32_t colorAt(const Bitmap& bitmap, int x, int y) {
+  const BytesView pixel = bitmap.row(y).subspan(static_cast<std::size_t>(x) * 4, 3);
+  return static_cast<std::uint32_t>(pixel[2] << 16 | pixel[1] << 8 | pixel[0]);
+}
+
+Bitmap painted(const PdfBuilder& builder, int width, int height) {
+  const TemporaryFolder folder;
+  Bitmap bitmap;
+  pdfLibrary().open(builder.write(folder / "page.pdf"))->render(0, width, height, bitmap);
+  return bitmap;
+}
+
+struct CornerCase {
+  const char* label;
+  PdfPage page;  // 100 x 200 points with a red square in the lower left corner
+  const char* inherited;
+  int width;
+  int height;
+  int redX;
+  int redY;
+};
+
+void PrintTo(const CornerCase& c, std::ostream* out) {
+  *out << c.label;
+}
+
+class RenderTest : public ::testing::TestWithParam<CornerCase> {};
+
+TEST_P(RenderTest, PaintsTheWholeMediaBoxTurnedOverWhite) {
+  const auto& [label, page, inherited, width, height, redX, redY] = GetParam();
+  PdfPage marked = page;
+  marked.width = 100;
+  marked.height = 200;
+  marked.drawing = "1 0 0 rg 0 0 20 20 re f " + page.drawing;
+  const Bitmap bitmap = painted(PdfBuilder().page(marked).inherited(inherited), width, height);
+
+  ASSERT_EQ(bitmap.width, width);
+  ASSERT_EQ(bitmap.height, height);
+  ASSERT_EQ(bitmap.layout, PixelLayout::bgrx);
+  ASSERT_EQ(bitmap.pixels.size(), bitmap.stride() * static_cast<std::size_t>(height));
+  for (const int x : {2, width - 3}) {
+    for (const int y : {2, height - 3}) {
+      const bool marker = (x < width / 2) == (redX == 0) && (y < height / 2) == (redY == 0);
+      EXPECT_EQ(colorAt(bitmap, x, y), marker ? red : white) << x << ", " << y;
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pages,
+    RenderTest,
+    ::testing::Values(
+        CornerCase{"upright", {}, "", 100, 200, 0, 1},
+        CornerCase{"scaled", {}, "", 200, 400, 0, 1},
+        CornerCase{"out of proportion", {}, "", 333, 50, 0, 1},
+        CornerCase{"90", {.rotation = 90}, "", 200, 100, 0, 0},
+        CornerCase{"inherited 180", {}, "/Rotate 180", 100, 200, 1, 0},
+        CornerCase{"-90", {.rotation = -90}, "", 200, 100, 1, 1},
+        CornerCase{"450", {.rotation = 450}, "", 200, 100, 0, 0},
+        CornerCase{"cropped", {.entries = "/CropBox [40 40 60 60]"}, "", 100, 200, 0, 1},
+        CornerCase{"inherited crop box", {}, "/CropBox [40 40 60 60]", 100, 200, 0, 1},
+        CornerCase{"box off the origin",
+                   {.drawing = "1 1 1 rg 0 0 99 99 re f 1 0 0 rg -50 -100 20 20 re f",
+                    .mediaBox = "[-50 -100 50 100]",
+                    .entries = "/CropBox [0 0 50 100]"},
+                   "",
+                   100,
+                   200,
+                   0,
+                   1}));
+
+TEST(PdfDocumentTest, ShowsAnnotations) {
+  const PdfBuilder builder = PdfBuilder().page(
+      {.width = 50,
+       .height = 50,
+       .entries = "/Annots [<< /Type /Annot /Subtype /Square /Rect [0 0 50 50] /F 4 /C [1 0 0] "
+                  "/IC [1 0 0] /BS << /W 10 >> >>]"});
+  EXPECT_EQ(colorAt(painted(builder, 50, 50), 25, 25), red);
+}
+
+TEST(PdfDocumentTest, GivesTheTextInReadingOrder) {
+  const TemporaryFolder folder;
+  const auto document = pdfLibrary().open(PdfBuilder()
+                                              .page({.text = "First line\nSecond (line)"})
+                                              .page({.drawing = "0 0 9 9 re f"})
+                                              .write(folder / "text.pdf"));
+  EXPECT_EQ(document->text(0), "First line\nSecond (line)");
+  EXPECT_EQ(document->text(1), "");
+}
+
+// The first pages are read from the file itself, later ones from a copy made for reading.
+TEST(PdfDocumentTest, GivesThePageAgainHoweverOftenItIsAsked) {
+  const TemporaryFolder folder;
+  const auto document = pdfLibrary().open(
+      PdfBuilder().page({.rotation = 90, .text = "Again"}).write(folder / "a.pdf"));
+  Bitmap first;
+  document->render(0, 396, 306, first);
+  const std::string text = document->text(0);
+  Bitmap later;
+  for (int round = 0; round < 4; ++round) {
+    document->render(0, 396, 306, later);
+    EXPECT_EQ(later.pixels, first.pixels) << round;
+    EXPECT_EQ(document->text(0), text) << round;
+  }
+}
+
+TEST(PdfDocumentTest, RefusesPagesThatAreNotThere) {
+  const TemporaryFolder folder;
+  const auto document = pdfLibrary().open(
+      PdfBuilder().page({}).page({.mediaBox = "[0 0 0 0]"}).write(folder / "a.pdf"));
+  Bitmap bitmap;
+  for (const int page : {-1, 2}) {
+    EXPECT_THROW(static_cast<void>(document->geometry(page)), PlatformError) << page;
+    EXPECT_THROW(document->render(page, 10, 10, bitmap), PlatformError) << page;
+    EXPECT_THROW(static_cast<void>(document->text(page)), PlatformError) << page;
+  }
+  EXPECT_THROW(document->render(1, 10, 10, bitmap), PlatformError);
+  EXPECT_THROW(document->render(0, 0, 10, bitmap), PlatformError);
+  EXPECT_THROW(document->render(0, 40'000, 1, bitmap), PlatformError);
+}
+
+TEST(PdfDocumentTest, KeepsComplaintsAboutContentToItself) {
+  ::testing::internal::CaptureStderr();
+  painted(PdfBuilder().page({.drawing = "/Missing Do /F9 12 Tf ] ) 1 0 0 rg q q Q Q Q",
+                             .entries = "/Annots [<< /Subtype /Odd >> 7 0 R (text)]"}),
+          61,
+          79);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+}  // namespace
+
+}  // namespace tolvane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tolvane::support {
+
+/// One page of a test PDF. Lengths in points.
+struct PdfPage {
+  double width = 612;
+  double height = 792;
+  std::optional<int> rotation{};  ///< absent: the page has no /Rotate of its own
+  std::string text{};             ///< Helvetica 24 from the upper left; a line each line
+  std::string drawing{};          ///< content operators after the text, such as "0 0 9 9 re f"
+  std::optional<std::string> mediaBox{};  ///< instead of [0 0 width height]; "" leaves it out
+  std::string entries{};                  ///< more page entries, such as "/CropBox [0 0 9 9]"
+};
+
+/// Writes small PDFs with a correct cross-reference table.
+///   PdfBuilder().page({.rotation = 90, .text = "Hello"}).write(folder / "a.pdf");
+class PdfBuilder {
+ public:
+  PdfBuilder& page(PdfPage page);
+  /// Entries of the page tree's root, which the pages inherit, such as "/Rotate 90".
+  PdfBuilder& inherited(const std::string& entries);
+
+  [[nodiscard]] std::string bytes() const;
+  std::filesystem::path write(const std::filesystem::path& file) const;
+  /// Encrypted (AES, 256 bits): opens only with the password.
+  std::filesystem::path writeLocked(const std::filesystem::path& file,
+                                    const std::string& userPassword) const;
+  /// Encrypted, but opens without a password; the one given only lifts restrictions.
+  std::filesystem::path writeRestricted(const std::filesystem::path& file,
+                                        const std::string& ownerPassword) const;
+
+ private:
+  std::vector<PdfPage> pages_;
+  std::string inherited_;
+};
+
+}  // namespace tolvane::support
