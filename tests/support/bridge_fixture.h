@@ -25,7 +25,6 @@ class BridgeFixture : public ::testing::Test {
       events_.push_back(event);
       loop_.quit();
     });
-    record_.calls.clear();
   }
 
   /// Waits for the answer, also when it comes later.

@@ -1,7 +1,6 @@
-#include <algorithm>
 #include <gio/gio.h>
 #include <memory>
-#include <string_view>
+#include <utility>
 
 #include "platform/process/session_bus.h"
 
@@ -10,16 +9,69 @@ namespace tolvane {
 namespace {
 
 constexpr const char* managerName = "org.freedesktop.FileManager1";
-constexpr int maxWait = 250;  // ms for one answer of the bus itself, which takes less than 1 ms
+// Milliseconds for one answer of the bus itself, which takes less than 1. GIO's own limit of 25 s
+// is too long for the main thread.
+constexpr unsigned maxWait = 250;
 
 struct Unref {
   void operator()(GDBusConnection* object) const { g_object_unref(object); }
+  void operator()(GCancellable* object) const { g_object_unref(object); }
+  void operator()(GMainContext* context) const { g_main_context_unref(context); }
+  void operator()(GSource* source) const { g_source_unref(source); }
   void operator()(GVariant* variant) const { g_variant_unref(variant); }
   void operator()(char** strings) const { g_strfreev(strings); }
   void operator()(char* string) const { g_free(string); }
 };
 using Connection = std::unique_ptr<GDBusConnection, Unref>;
 using Variant = std::unique_ptr<GVariant, Unref>;
+
+/// A GLib context for one wait, so that no other event of this thread is handled meanwhile.
+class PrivateContext {
+ public:
+  PrivateContext() : context_(g_main_context_new()) {
+    g_main_context_push_thread_default(context_.get());
+  }
+  ~PrivateContext() { g_main_context_pop_thread_default(context_.get()); }
+  PrivateContext(const PrivateContext&) = delete;
+  PrivateContext& operator=(const PrivateContext&) = delete;
+
+  [[nodiscard]] GMainContext* pointer() const { return context_.get(); }
+
+ private:
+  std::unique_ptr<GMainContext, Unref> context_;
+};
+
+struct Connecting {
+  bool isDone = false;
+  Connection bus;
+};
+
+void connected(GObject*, GAsyncResult* result, gpointer data) {
+  auto* const connecting = static_cast<Connecting*>(data);
+  connecting->bus.reset(g_bus_get_finish(result, nullptr));
+  connecting->isDone = true;
+}
+
+gboolean giveUp(gpointer cancellable) {
+  g_cancellable_cancel(static_cast<GCancellable*>(cancellable));
+  return G_SOURCE_REMOVE;
+}
+
+/// @return null when there is no session bus, or it does not greet us in time.
+Connection connect() {
+  const PrivateContext context;
+  const std::unique_ptr<GCancellable, Unref> cancellable(g_cancellable_new());
+  const std::unique_ptr<GSource, Unref> limit(g_timeout_source_new(maxWait));
+  g_source_set_callback(limit.get(), giveUp, cancellable.get(), nullptr);
+  g_source_attach(limit.get(), context.pointer());
+  Connecting connecting;
+  g_bus_get(G_BUS_TYPE_SESSION, cancellable.get(), connected, &connecting);
+  while (!connecting.isDone) {
+    g_main_context_iteration(context.pointer(), TRUE);
+  }
+  g_source_destroy(limit.get());
+  return std::move(connecting.bus);
+}
 
 /// Asks the bus itself. @return null when it does not answer in time.
 Variant ask(GDBusConnection* bus, const char* method, GVariant* arguments, const char* type) {
@@ -31,7 +83,7 @@ Variant ask(GDBusConnection* bus, const char* method, GVariant* arguments, const
                                              arguments,
                                              G_VARIANT_TYPE(type),
                                              G_DBUS_CALL_FLAGS_NONE,
-                                             maxWait,
+                                             static_cast<int>(maxWait),
                                              nullptr,
                                              nullptr));
 }
@@ -72,7 +124,7 @@ GVariant* addressesOf(const std::vector<std::filesystem::path>& files) {
 class GioSessionBus final : public SessionBus {
  public:
   bool showItems(const std::vector<std::filesystem::path>& files) override {
-    const Connection bus(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+    const Connection bus = connect();
     if (!bus) {
       return false;
     }
