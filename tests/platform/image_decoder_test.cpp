@@ -21,9 +21,9 @@ namespace tolvane {
 namespace {
 
 using namespace std::string_literals;
-using testing::gradient;
-using testing::plain;
-using testing::TemporaryFolder;
+using support::gradient;
+using support::plain;
+using support::TemporaryFolder;
 using vips::VImage;
 
 constexpr int anySize = 16384;

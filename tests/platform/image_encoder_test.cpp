@@ -16,8 +16,8 @@
 namespace tolvane {
 namespace {
 
-using testing::gradient;
-using testing::plain;
+using support::gradient;
+using support::plain;
 
 struct Case {
   const char* label;
@@ -75,11 +75,11 @@ TEST_P(ImageEncoderTest, PngKeepsEveryPixel) {
 
 TEST_P(ImageEncoderTest, JpegComesBackNearly) {
   const Case& c = GetParam();
-  const testing::TemporaryFolder folder;
+  const support::TemporaryFolder folder;
   const Bitmap original = gradient(c.width, c.height, c.layout);
   const Bytes encoded = ImageEncoder::jpeg(original, 1.0);
   const Bitmap decoded =
-      imageDecoder().decode(folder.write("photo", testing::textOf(encoded)), 16384);
+      imageDecoder().decode(folder.write("photo", support::textOf(encoded)), 16384);
   ASSERT_EQ(decoded.layout, c.layout == PixelLayout::grey ? PixelLayout::grey : PixelLayout::rgb);
   const Bytes expected = asRgba(original);
   const Bytes found = asRgba(decoded);

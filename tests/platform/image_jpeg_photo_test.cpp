@@ -48,7 +48,7 @@ std::string profilePart(char number, char count, const std::string& content) {
 }
 
 std::string jpeg(PixelLayout layout = PixelLayout::rgb) {
-  return testing::textOf(ImageEncoder::jpeg(testing::gradient(24, 10, layout), 0.9));
+  return support::textOf(ImageEncoder::jpeg(support::gradient(24, 10, layout), 0.9));
 }
 
 /// With more segments right behind the start of the image.
@@ -64,7 +64,7 @@ std::string withFrameByte(std::size_t offset, char value) {
 }
 
 std::optional<JpegPhoto> photoOf(const std::string& content) {
-  const testing::TemporaryFolder folder;
+  const support::TemporaryFolder folder;
   return readJpegPhoto(folder.write("photo", content));
 }
 
@@ -117,7 +117,7 @@ TEST(JpegPhotoTest, ReadsSizeAndComponents) {
     EXPECT_EQ(photo->components, layout == PixelLayout::grey ? 1 : 3);
     EXPECT_EQ(photo->orientation, 1);
     EXPECT_TRUE(photo->colorProfile.empty());
-    EXPECT_EQ(testing::textOf(photo->data), jpeg(layout));
+    EXPECT_EQ(support::textOf(photo->data), jpeg(layout));
   }
 }
 
@@ -125,7 +125,7 @@ TEST(JpegPhotoTest, LeavesExifAndAppendixOut) {
   const std::string comment = segment(0xFE, "kept");
   const auto photo = photoOf(with(exif(6) + comment) + "appended film");
   ASSERT_TRUE(photo);
-  EXPECT_EQ(testing::textOf(photo->data), with(comment));
+  EXPECT_EQ(support::textOf(photo->data), with(comment));
   EXPECT_EQ(photo->orientation, 6);
 }
 
@@ -144,7 +144,7 @@ TEST(JpegPhotoTest, JoinsTheProfileByItsNumbers) {
   const std::string whole = profile("RGB ");
   const std::string first = profilePart(1, 2, whole.substr(0, 50));
   const std::string second = profilePart(2, 2, whole.substr(50));
-  EXPECT_EQ(testing::textOf(photoOf(with(second + first))->colorProfile), whole);
+  EXPECT_EQ(support::textOf(photoOf(with(second + first))->colorProfile), whole);
   EXPECT_TRUE(photoOf(with(first))->colorProfile.empty()) << "a part is missing";
   EXPECT_TRUE(photoOf(with(profilePart(1, 1, profile("CMYK"))))->colorProfile.empty());
   EXPECT_TRUE(photoOf(with(profilePart(1, 1, "short")))->colorProfile.empty());

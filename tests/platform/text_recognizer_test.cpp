@@ -93,7 +93,7 @@ TEST(TextRecognizerTest, RefusesIncompletePictures) {
 
 TEST(TextRecognizerDeathTest, NamesThePackageThatIsMissing) {
   ::testing::FLAGS_gtest_death_test_style = "threadsafe";
-  const testing::TemporaryFolder empty;
+  const support::TemporaryFolder empty;
   EXPECT_EXIT(recognizeWithoutData(empty.path().string()),
               ::testing::ExitedWithCode(3),
               "^Text recognition has no language data. Install the package tesseract-ocr-eng.$");

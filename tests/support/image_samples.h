@@ -7,7 +7,7 @@
 #include "platform/files/bytes.h"
 #include "platform/images/bitmap.h"
 
-namespace tolvane::testing {
+namespace tolvane::support {
 
 /// Smooth, with another slope in each component, so that swapped components and rows show.
 inline Bitmap gradient(int width, int height, PixelLayout layout) {
@@ -33,4 +33,4 @@ inline std::string textOf(BytesView bytes) {
   return {bytes.begin(), bytes.end()};
 }
 
-}  // namespace tolvane::testing
+}  // namespace tolvane::support
