@@ -81,24 +81,23 @@ void JobControl::start(const Value::Map& arguments, const MethodReply& reply) {
   queue(std::move(*request), token);
 }
 
+void JobControl::WayBack::post(std::function<void(JobControl&)> task) const {
+  main.post([jobs = jobs, task = std::move(task)] {
+    if (const auto present = jobs.lock()) {
+      task(*present);
+    }
+  });
+}
+
 void JobControl::queue(JobRequest request, const std::shared_ptr<CancellationToken>& token) {
-  worker_.post([self = weak_from_this(),
-                &engine = engine_,
-                &main = main_,
-                request = std::move(request),
-                token] {
+  worker_.post([&engine = engine_, back = wayBack(), request = std::move(request), token] {
     const Progress progress = [&](int completed, int total) {
-      main.post([self, id = request.id, completed, total] {
-        if (const auto jobs = self.lock()) {
-          jobs->events_.send("jobProgress",
-                             {{"id", id}, {"completed", completed}, {"total", total}});
-        }
+      back.post([id = request.id, completed, total](const JobControl& jobs) {
+        jobs.events_.send("jobProgress", {{"id", id}, {"completed", completed}, {"total", total}});
       });
     };
-    main.post([self, outcome = run(engine, request, *token, progress)] {
-      if (const auto jobs = self.lock()) {
-        jobs->finish(outcome);
-      }
+    back.post([outcome = run(engine, request, *token, progress)](JobControl& jobs) {
+      jobs.finish(outcome);
     });
   });
 }
@@ -138,25 +137,21 @@ void JobControl::finish(const Outcome& outcome) {
   events_.send("jobCompleted", std::move(payload));
 }
 
-void JobControl::thumbnail(const Value::Map& arguments, const MethodReply& reply) const {
+void JobControl::thumbnail(const Value::Map& arguments, const MethodReply& reply) {
   const auto path = textAt(arguments, "path");
   const auto index = valueAt(arguments, "index").integer();
   if (!path || !index) {
     reply.error("arguments", "Missing page.");
     return;
   }
-  worker_.post([self = weak_from_this(),
-                &engine = engine_,
-                &main = main_,
+  worker_.post([&engine = engine_,
+                back = wayBack(),
                 file = fs::path(*path),
                 page = *index,
-                reply]() mutable {
-    // The reply belongs to the main thread: none of it may stay here.
-    main.post([self, preview = previewOf(engine, file, page), reply = std::move(reply)] {
-      if (self.lock()) {
-        reply.answer(preview);
-      }
-    });
+                reply = MethodReply(reply)]() mutable {
+    // The reply belongs to the main thread: nothing of it may stay here.
+    back.post([preview = previewOf(engine, file, page),
+               reply = std::move(reply)](const JobControl&) { reply.answer(preview); });
   });
 }
 

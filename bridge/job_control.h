@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -61,8 +62,17 @@ class JobControl : public std::enable_shared_from_this<JobControl> {
     Clock::time_point started;  // by the worker
   };
 
+  /// Takes what the worker found out to the main thread, and to this object if it is still there.
+  struct WayBack {
+    std::weak_ptr<JobControl> jobs;
+    MainQueue& main;
+
+    void post(std::function<void(JobControl&)> task) const;
+  };
+
+  [[nodiscard]] WayBack wayBack() { return {weak_from_this(), main_}; }
   void start(const Value::Map& arguments, const MethodReply& reply);
-  void thumbnail(const Value::Map& arguments, const MethodReply& reply) const;
+  void thumbnail(const Value::Map& arguments, const MethodReply& reply);
   void queue(JobRequest request, const std::shared_ptr<CancellationToken>& token);
   void finish(const Outcome& outcome);
 

@@ -10,6 +10,8 @@
 #include "platform/files/platform_error.h"
 #include "tests/support/bridge_fixture.h"
 #include "tests/support/failure_text.h"
+#include "tests/support/pdf_builder.h"
+#include "tests/support/temporary_folder.h"
 
 namespace tolvane {
 namespace {
@@ -221,6 +223,16 @@ TEST_F(JobControlTest, AnswersAFailedPreviewInTheEnginesWords) {
       support::failureText([] { return ConversionEngine().thumbnail("/none.pdf", 0); });
   EXPECT_EQ(call("thumbnail", Value::Map{{"path", "/none.pdf"}, {"index", 0}}),
             ChannelReply(ChannelError{"preview", text, {}}));
+}
+
+TEST_F(JobControlTest, AnswersAPreviewAsBytes) {
+  const support::TemporaryFolder folder;
+  support::PdfBuilder().page({.text = "one"}).page({.text = "two"}).write(folder / "two.pdf");
+  const std::string path = folder / "two.pdf";
+  const ChannelReply reply = call("thumbnail", Value::Map{{"path", path}, {"index", 1}});
+  EXPECT_EQ(reply, ChannelReply(ConversionEngine().thumbnail(path, 1)));
+  const Bytes png = *std::get<Value>(reply).bytes();
+  EXPECT_EQ(std::string(png.begin() + 1, png.begin() + 4), "PNG");
 }
 
 TEST(JobSecondsTest, LeaveOutTheTimeInTheQueue) {
