@@ -11,6 +11,11 @@
 #include "platform/files/platform_error.h"
 #include "tests/support/temporary_folder.h"
 
+/// Fonts and word lists keep memory of their own until the process ends.
+extern "C" const char* __lsan_default_suppressions() {  // NOLINT: the sanitizer gives the name
+  return "leak:libfontconfig\nleak:libtesseract";
+}
+
 namespace tolvane {
 namespace {
 
