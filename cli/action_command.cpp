@@ -1,6 +1,10 @@
 #include "cli/action_command.h"
 
 #include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <unistd.h>
 #include <variant>
 
 #include <fmt/format.h>
@@ -70,6 +74,28 @@ class JobRun {
   Value::Map outcome_;
 };
 
+/// The folder of --out, made when it is missing, and gone again when nothing came to stand in it.
+class OutputFolder {
+ public:
+  explicit OutputFolder(const std::optional<std::filesystem::path>& folder) {
+    std::error_code ignored;
+    if (folder && !std::filesystem::exists(*folder, ignored)) {
+      std::filesystem::create_directory(*folder);
+      made_ = *folder;
+    }
+  }
+  ~OutputFolder() {
+    if (!made_.empty()) {
+      ::rmdir(made_.c_str());
+    }
+  }
+  OutputFolder(const OutputFolder&) = delete;
+  OutputFolder& operator=(const OutputFolder&) = delete;
+
+ private:
+  std::filesystem::path made_;
+};
+
 Value::Map jobArguments(const Arguments& arguments) {
   Value::List inputs;
   for (const std::string& file : namedFiles(arguments, 1)) {
@@ -118,8 +144,10 @@ ExitStatus actionCommand(const Arguments& arguments) {
     throw UsageError("Name an action and at least one file.");
   }
   const bool isSilent = arguments.quiet || arguments.json;
-  JobRun job(isSilent ? ProgressBar::Visibility::hidden : ProgressBar::Visibility::onTerminals);
-  const Value::Map outcome = job.run(jobArguments(arguments));
+  const Value::Map job = jobArguments(arguments);
+  const OutputFolder folder(arguments.out);
+  JobRun jobRun(isSilent ? ProgressBar::Visibility::hidden : ProgressBar::Visibility::onTerminals);
+  const Value::Map outcome = jobRun.run(job);
   if (arguments.json) {
     printJson(outcome);
   } else {

@@ -33,7 +33,10 @@ void printLine(const std::string& file, const Value& entry) {
 ExitStatus inspectCommand(const Arguments& arguments) {
   Value::List entries;
   ExitStatus status = ExitStatus::done;
-  for (const std::string& file : namedFiles(arguments, 0)) {
+  if (arguments.operands.empty()) {
+    throw UsageError("Name at least one file.");
+  }
+  for (const std::string& file : arguments.operands) {
     const Value entry = judged(file);
     if (!entry["error"].isNull()) {
       status = ExitStatus::failed;
