@@ -1,7 +1,9 @@
 #include "platform/images/image_decoder.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 #include "platform/files/file_system.h"
@@ -11,6 +13,7 @@
 #include "platform/images/jpeg_codec.h"
 #include "platform/images/jpeg_photo.h"
 #include "platform/images/orientation.h"
+#include "platform/images/png_reader.h"
 #include "platform/modules/module_loader.h"
 
 namespace tolvane {
@@ -26,13 +29,13 @@ ImageDecoder& completeDecoder() {
   return decoder;
 }
 
-bool isJpeg(const fs::path& file) {
-  return FileSystem::readPrefix(file, 3) == Bytes{0xFF, 0xD8, 0xFF};
+bool startsAs(BytesView start, BytesView file) {
+  return file.size() >= start.size() && std::equal(start.begin(), start.end(), file.begin());
 }
 
-/// Photos that need neither scaling nor a conversion of colours.
-std::optional<Bitmap> plainPhoto(const fs::path& file, int maxDimension) {
-  const std::optional<JpegPhoto> photo = readJpegPhoto(file);
+/// A photo that needs neither scaling nor a conversion of colours.
+std::optional<Bitmap> plainJpeg(BytesView file, int maxDimension) {
+  const std::optional<JpegPhoto> photo = jpegPhoto(file);
   if (!photo || std::max(photo->width, photo->height) > maxDimension ||
       !isWithinDecodingLimit(photo->width, photo->height) ||
       (!photo->colorProfile.empty() && !ColorProfile::isStandardRgb(photo->colorProfile))) {
@@ -45,6 +48,19 @@ std::optional<Bitmap> plainPhoto(const fs::path& file, int maxDimension) {
   return picture;
 }
 
+std::optional<Bitmap> plainPicture(const fs::path& file, int maxDimension) {
+  constexpr std::array<std::uint8_t, 3> jpegStart = {0xFF, 0xD8, 0xFF};
+  constexpr std::array<std::uint8_t, 4> pngStart = {0x89, 'P', 'N', 'G'};
+  const Bytes start = FileSystem::readPrefix(file, pngStart.size());
+  if (startsAs(jpegStart, start)) {
+    return plainJpeg(FileSystem::readAll(file), maxDimension);
+  }
+  if (startsAs(pngStart, start)) {
+    return readPlainPng(FileSystem::readAll(file), maxDimension);
+  }
+  return std::nullopt;
+}
+
 /// Spares the common cases the loading of the complete decoder.
 class QuickDecoder final : public ImageDecoder {
  public:
@@ -55,12 +71,8 @@ class QuickDecoder final : public ImageDecoder {
   }
 
   Bitmap decode(const fs::path& file, int maxDimension) override {
-    if (isJpeg(file)) {
-      if (std::optional<Bitmap> picture = plainPhoto(file, maxDimension)) {
-        return *std::move(picture);
-      }
-    }
-    return completeDecoder().decode(file, maxDimension);
+    std::optional<Bitmap> picture = plainPicture(file, maxDimension);
+    return picture ? *std::move(picture) : completeDecoder().decode(file, maxDimension);
   }
 };
 

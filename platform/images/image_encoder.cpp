@@ -4,9 +4,9 @@
 #include <cstddef>
 #include <memory>
 #include <png.h>
-#include <string>
 
 #include "platform/files/platform_error.h"
+#include "platform/images/image_limits.h"
 #include "platform/images/jpeg_codec.h"
 #include "platform/images/pixel_loops.h"
 #include "platform/images/png_writer.h"
@@ -18,14 +18,6 @@ namespace {
 struct PngDeleter {
   void operator()(png_image* image) const { png_image_free(image); }
 };
-
-void requirePixels(const Bitmap& bitmap) {
-  if (bitmap.width < 1 || bitmap.height < 1 ||
-      bitmap.pixels.size() != bitmap.stride() * static_cast<std::size_t>(bitmap.height)) {
-    throw PlatformError("A picture of " + std::to_string(bitmap.width) + " x " +
-                        std::to_string(bitmap.height) + " pixels is incomplete.");
-  }
-}
 
 std::optional<EncodedSize> pngSize(BytesView encoded) {
   png_image image = {};

@@ -2,6 +2,9 @@
 
 #include <cstdint>
 
+#include "platform/files/platform_error.h"
+#include "platform/images/bitmap.h"
+
 namespace tolvane {
 
 /// Decoders allocate nothing for pictures beyond 80 megapixels: 320 MB at four bytes a pixel.
@@ -9,5 +12,10 @@ namespace tolvane {
   constexpr std::int64_t pixels = 80'000'000;
   return width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= pixels;
 }
+
+[[nodiscard]] PlatformError beyondDecodingLimit();
+
+/// @throws PlatformError when the bitmap is empty or its pixels do not fill its size.
+void requirePixels(const Bitmap& bitmap);
 
 }  // namespace tolvane

@@ -73,7 +73,8 @@ std::optional<ImageEncoder::EncodedSize> size(BytesView encoded) {
                                          &size.height,
                                          &subsampling,
                                          &colors);
-  return failed == 0 ? std::optional(size) : std::nullopt;
+  const bool hasPicture = failed == 0 && size.width > 0 && size.height > 0;  // not tables alone
+  return hasPicture ? std::optional(size) : std::nullopt;
 }
 
 std::optional<Bitmap> decodeWithoutComplaint(const JpegPhoto& photo) {

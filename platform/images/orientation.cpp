@@ -42,22 +42,35 @@ Walk walkOf(const Bitmap& source, int orientation) {
   }
 }
 
+/// Columns `left` to `right` and rows `top` to `bottom` of a picture, the last ones excluded.
+struct Area {
+  int left = 0;
+  int top = 0;
+  int right = 0;
+  int bottom = 0;
+};
+
+template <std::size_t pixelSize>
+void copyArea(Bitmap& target, const Bitmap& source, const Walk& walk, const Area& area) {
+  for (int y = area.top; y < area.bottom; ++y) {
+    std::uint8_t* out = target.pixels.data() + static_cast<std::size_t>(y) * target.stride() +
+                        static_cast<std::size_t>(area.left) * pixelSize;
+    std::ptrdiff_t from = walk.start + area.left * walk.right + y * walk.down;
+    for (int x = area.left; x < area.right; ++x, out += pixelSize, from += walk.right) {
+      std::memcpy(out, source.pixels.data() + from, pixelSize);
+    }
+  }
+}
+
 /// Copies in squares, so that the rows a turned picture is read from stay in the cache.
 template <std::size_t pixelSize>
 void copySquares(Bitmap& target, const Bitmap& source, const Walk& walk) {
   constexpr int square = 64;
   for (int top = 0; top < target.height; top += square) {
-    const int bottom = std::min(top + square, target.height);
     for (int left = 0; left < target.width; left += square) {
-      const int right = std::min(left + square, target.width);
-      for (int y = top; y < bottom; ++y) {
-        std::uint8_t* out = target.pixels.data() + static_cast<std::size_t>(y) * target.stride() +
-                            static_cast<std::size_t>(left) * pixelSize;
-        std::ptrdiff_t from = walk.start + left * walk.right + y * walk.down;
-        for (int x = left; x < right; ++x, out += pixelSize, from += walk.right) {
-          std::memcpy(out, source.pixels.data() + from, pixelSize);
-        }
-      }
+      const Area area{
+          left, top, std::min(left + square, target.width), std::min(top + square, target.height)};
+      copyArea<pixelSize>(target, source, walk, area);
     }
   }
 }

@@ -79,4 +79,14 @@ void subtract(Byte* __restrict out,
   }
 }
 
+TOLVANE_VECTORS
+void add(Byte* __restrict out,
+         const Byte* __restrict row,
+         const Byte* __restrict above,
+         std::size_t bytes) {
+  for (std::size_t i = 0; i < bytes; ++i) {
+    out[i] = static_cast<Byte>(row[i] + above[i]);
+  }
+}
+
 }  // namespace tolvane::PixelLoops

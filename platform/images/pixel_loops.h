@@ -25,4 +25,7 @@ void subtract(std::uint8_t* out,
               const std::uint8_t* above,
               std::size_t bytes);
 
+/// out = row + above, byte by byte, modulo 256.
+void add(std::uint8_t* out, const std::uint8_t* row, const std::uint8_t* above, std::size_t bytes);
+
 }  // namespace tolvane::PixelLoops

@@ -111,8 +111,6 @@ CodePage::CodePage(int number) : converter_(new Converter{open(number)}) {
 }
 
 CodePage::~CodePage() = default;
-CodePage::CodePage(CodePage&&) noexcept = default;
-CodePage& CodePage::operator=(CodePage&&) noexcept = default;
 
 void CodePage::fillCharacters() {
   for (std::size_t byte = 0; byte < characters_.size(); ++byte) {

@@ -18,8 +18,8 @@ class CodePage {
   /// @param number such as 1252, 932, 10000 or 65001 (UTF-8); unknown numbers stand for 1252.
   explicit CodePage(int number);
   ~CodePage();
-  CodePage(CodePage&&) noexcept;
-  CodePage& operator=(CodePage&&) noexcept;
+  CodePage(const CodePage&) = delete;
+  CodePage& operator=(const CodePage&) = delete;
 
   /// Appends what the bytes say, as UTF-8. A malformed sequence gives U+FFFD.
   void append(BytesView bytes, std::string& text) const;

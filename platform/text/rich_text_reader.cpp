@@ -297,8 +297,8 @@ void RichTextReader::defaultFont(int /*value*/, Parameter parameter) {
   fonts_.setDefaultFont(parameter.number);
 }
 
-void RichTextReader::documentCodePage(int codePage, Parameter /*parameter*/) {
-  fonts_.setDocumentCodePage(codePage);
+void RichTextReader::documentCodePage(int value, Parameter /*parameter*/) {
+  fonts_.setDocumentCodePage(value);
 }
 
 void RichTextReader::ansiCodePage(int /*value*/, Parameter parameter) {

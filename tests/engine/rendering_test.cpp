@@ -33,7 +33,7 @@ struct SizeCase {
   int height;
 };
 void PrintTo(const SizeCase& c, std::ostream* out) {
-  *out << c.page.width << " x " << c.page.height << " turned " << c.page.rotation;
+  *out << c.page.width << " x " << c.page.height << " turned " << c.page.rotation.value_or(0);
 }
 
 class RenderTest : public testing::TestWithParam<SizeCase> {};

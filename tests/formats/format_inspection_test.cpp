@@ -15,7 +15,7 @@ namespace tolvane {
 namespace {
 
 using namespace std::string_literals;
-using testing::TemporaryFolder;
+using support::TemporaryFolder;
 
 const char* const notSupported =
     "This file type is not supported. Choose a document, image, media file, subtitle or archive.";

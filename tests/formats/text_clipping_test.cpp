@@ -14,7 +14,7 @@ namespace tolvane {
 namespace {
 
 using namespace std::string_literals;
-using testing::TemporaryFolder;
+using support::TemporaryFolder;
 
 const char* const legacy =
     "This legacy or unsupported text clipping must first be saved as TXT in Finder.";

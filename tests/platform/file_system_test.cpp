@@ -17,10 +17,10 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::contentOf;
+using support::contentOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using testing::TemporaryFolder;
+using support::TemporaryFolder;
 
 Bytes bytesOf(std::string_view text) {
   return {text.begin(), text.end()};

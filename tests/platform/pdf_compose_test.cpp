@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -17,8 +18,8 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::PdfBuilder;
-using testing::TemporaryFolder;
+using support::PdfBuilder;
+using support::TemporaryFolder;
 
 class ComposeTest : public ::testing::Test {
  protected:
@@ -33,6 +34,7 @@ class ComposeTest : public ::testing::Test {
   /// "<text>@<rotation>" of each page.
   static std::vector<std::string> summary(PdfDocument& document) {
     std::vector<std::string> pages;
+    pages.reserve(static_cast<std::size_t>(document.pageCount()));
     for (int page = 0; page < document.pageCount(); ++page) {
       pages.push_back(document.text(page) + "@" + std::to_string(document.geometry(page).rotation));
     }

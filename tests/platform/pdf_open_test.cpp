@@ -17,9 +17,9 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::PdfBuilder;
-using testing::PdfPage;
-using testing::TemporaryFolder;
+using support::PdfBuilder;
+using support::PdfPage;
+using support::TemporaryFolder;
 
 BytesView viewOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};

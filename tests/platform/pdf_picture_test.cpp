@@ -18,7 +18,7 @@ namespace tolvane {
 
 namespace {
 
-using testing::TemporaryFolder;
+using support::TemporaryFolder;
 
 /// The first page of what was composed, one pixel a point.
 Bitmap painted(PdfComposer& composer) {

@@ -15,9 +15,9 @@ namespace tolvane {
 
 namespace {
 
-using testing::PdfBuilder;
-using testing::PdfPage;
-using testing::TemporaryFolder;
+using support::PdfBuilder;
+using support::PdfPage;
+using support::TemporaryFolder;
 
 constexpr std::uint32_t white = 0xFFFFFF;
 constexpr std::uint32_t red = 0xFF0000;

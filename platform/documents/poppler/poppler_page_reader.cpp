@@ -71,6 +71,8 @@ void ignoreMessage(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 }  // namespace
 
 struct PopplerPageReader::Handle {
+  explicit Handle(GRef<PopplerDocument> opened) : document(std::move(opened)) {}
+
   GRef<PopplerDocument> document;
 };
 
@@ -111,8 +113,7 @@ std::string PopplerPageReader::text(int page) {
 
 PopplerPageReaderFactory::PopplerPageReaderFactory() {
   // What poppler finds wrong in a file belongs neither on standard error nor to the user.
-  constexpr auto everyLevel = static_cast<GLogLevelFlags>(
-      G_LOG_LEVEL_MASK | G_LOG_FLAG_RECURSION);  // NOLINT(bugprone-narrowing-conversions)
+  constexpr auto everyLevel = static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK | G_LOG_FLAG_RECURSION);
   g_log_set_handler("Poppler", everyLevel, ignoreMessage, nullptr);
 }
 

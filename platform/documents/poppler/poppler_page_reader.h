@@ -14,6 +14,8 @@ class PopplerPageReader : public PageReader {
 
   explicit PopplerPageReader(std::unique_ptr<Handle> handle);
   ~PopplerPageReader() override;
+  PopplerPageReader(const PopplerPageReader&) = delete;
+  PopplerPageReader& operator=(const PopplerPageReader&) = delete;
 
   void render(int page, int width, int height, Bitmap& bitmap) override;
   std::string text(int page) override;

@@ -19,6 +19,8 @@ class ComposedDocument : public PdfComposer {
  public:
   ComposedDocument();
   ~ComposedDocument() override;
+  ComposedDocument(const ComposedDocument&) = delete;
+  ComposedDocument& operator=(const ComposedDocument&) = delete;
 
   void append(const std::shared_ptr<PdfDocument>& source,
               int page,

@@ -7,7 +7,7 @@
 namespace tolvane {
 
 std::shared_ptr<QPDF> openedDocument(const std::shared_ptr<SourceFile>& file) {
-  const std::shared_ptr<QPDF> document = QPDF::create();
+  std::shared_ptr<QPDF> document = QPDF::create();
   document->setSuppressWarnings(true);
   document->processInputSource(inputFrom(file));
   return document;

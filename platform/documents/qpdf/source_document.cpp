@@ -31,25 +31,25 @@ int SourceDocument::pageCount() const {
   return static_cast<int>(pages_.size());
 }
 
-const QPDFObjectHandle& SourceDocument::page(int index) const {
-  if (index < 0 || index >= pageCount()) {
-    throw PlatformError("There is no page " + std::to_string(index + 1) + ".");
+const QPDFObjectHandle& SourceDocument::pageAt(int page) const {
+  if (page < 0 || page >= pageCount()) {
+    throw PlatformError("There is no page " + std::to_string(page + 1) + ".");
   }
-  return pages_[static_cast<std::size_t>(index)];
+  return pages_[static_cast<std::size_t>(page)];
 }
 
-QPDFObjectHandle SourceDocument::completePage(int index) {
+QPDFObjectHandle SourceDocument::completePage(int page) {
   document_->pushInheritedAttributesToPage();
-  return page(index);
+  return pageAt(page);
 }
 
 std::string SourceDocument::version() const {
   return document_->getPDFVersion();
 }
 
-PdfPageGeometry SourceDocument::geometry(int index) {
+PdfPageGeometry SourceDocument::geometry(int page) {
   try {
-    const PdfPageGeometry geometry = PageGeometry::of(page(index));
+    const PdfPageGeometry geometry = PageGeometry::of(pageAt(page));
     checkUnchanged();
     return geometry;
   } catch (...) {
@@ -57,19 +57,19 @@ PdfPageGeometry SourceDocument::geometry(int index) {
   }
 }
 
-void SourceDocument::render(int index, int width, int height, Bitmap& bitmap) {
-  const PdfPageGeometry area = geometry(index);
+void SourceDocument::render(int page, int width, int height, Bitmap& bitmap) {
+  const PdfPageGeometry area = geometry(page);
   if (!(area.width > 0)) {
     // The page reader would take a page of American letter size instead.
     throw PlatformError("The page has no area to paint.");
   }
-  reader().render(index, width, height, bitmap);
+  reader().render(page, width, height, bitmap);
   checkUnchanged();
 }
 
-std::string SourceDocument::text(int index) {
-  static_cast<void>(page(index));
-  std::string text = reader().text(index);
+std::string SourceDocument::text(int page) {
+  static_cast<void>(pageAt(page));
+  std::string text = reader().text(page);
   checkUnchanged();
   return text;
 }

@@ -18,6 +18,8 @@ class SourceDocument : public PdfDocument {
  public:
   SourceDocument(std::shared_ptr<SourceFile> file, std::shared_ptr<QPDF> document);
   ~SourceDocument() override;
+  SourceDocument(const SourceDocument&) = delete;
+  SourceDocument& operator=(const SourceDocument&) = delete;
 
   int pageCount() const override;
   PdfPageGeometry geometry(int page) override;
@@ -25,12 +27,12 @@ class SourceDocument : public PdfDocument {
   std::string text(int page) override;
 
   /// The page's object with the entries that it inherits; to be copied, not changed.
-  [[nodiscard]] QPDFObjectHandle completePage(int index);
+  [[nodiscard]] QPDFObjectHandle completePage(int page);
   [[nodiscard]] std::string version() const;
   void checkUnchanged() const { file_->checkUnchanged(); }
 
  private:
-  [[nodiscard]] const QPDFObjectHandle& page(int index) const;
+  [[nodiscard]] const QPDFObjectHandle& pageAt(int page) const;
   [[nodiscard]] PageReader& reader();
   [[nodiscard]] bool deservesCopy() const;
 

@@ -25,6 +25,32 @@ struct ObjectDeleter {
   void operator()(gpointer object) const { g_object_unref(object); }
 };
 
+std::uint32_t littleEndian32(BytesView bytes, std::size_t at) {
+  return bytes[at] | static_cast<std::uint32_t>(bytes[at + 1]) << 8U |
+         static_cast<std::uint32_t>(bytes[at + 2]) << 16U |
+         static_cast<std::uint32_t>(bytes[at + 3]) << 24U;
+}
+
+/// The loader leaves rows that a file does not have as they are and says nothing.
+bool holdsAllRows(BytesView file, int width, int height) {
+  constexpr std::size_t pixelsOffset = 10;
+  constexpr std::size_t headerSize = 14;
+  constexpr std::size_t oldHeader = 12;  // bytes; the one without a compression field
+  constexpr std::size_t compressedSize = 34;
+  constexpr std::size_t enough = 40;
+  if (file.size() < enough) {
+    return false;
+  }
+  const bool old = littleEndian32(file, headerSize) == oldHeader;
+  const std::size_t depth = file[old ? 24 : 28];
+  const std::uint32_t compression = old ? 0 : littleEndian32(file, 30);
+  const bool isRunLength = compression == 1 || compression == 2;
+  const std::size_t rowSize = (static_cast<std::size_t>(width) * depth + 31) / 32 * 4;
+  const std::size_t needed = isRunLength ? littleEndian32(file, compressedSize)
+                                         : rowSize * static_cast<std::size_t>(height);
+  return littleEndian32(file, pixelsOffset) + needed <= file.size();
+}
+
 enum class Wanted { header, pixels };
 
 /// Feeds a file to the BMP loader, and to no other.
@@ -131,10 +157,17 @@ std::optional<ImageHeader> header(const fs::path& file) {
 }
 
 Bitmap decode(const fs::path& file) {
+  const Bytes bytes = FileSystem::readAll(file);
   Loading loading(Wanted::pixels);
-  const bool complete = loading.feed(FileSystem::readAll(file));
-  if (!complete || loading.picture() == nullptr) {
+  const bool loaded = loading.feed(bytes);
+  if (loading.width() > 0 && !isWithinDecodingLimit(loading.width(), loading.height())) {
+    throw beyondDecodingLimit();
+  }
+  if (!loaded || loading.picture() == nullptr) {
     throw loading.failure();
+  }
+  if (!holdsAllRows(bytes, loading.width(), loading.height())) {
+    throw PlatformError("The BMP image is cut short.");
   }
   return unpadded(loading.picture());
 }

@@ -44,41 +44,53 @@ Size fitted(Size stored, int limit) {
   return {scaled(stored.width), scaled(stored.height)};
 }
 
+enum class Kind { jpeg, png, gif, tiff, webp, heif, jp2 };
+
 struct Reader {
   std::string_view loader;  ///< how the names of the library's loaders start
+  Kind kind;
   const char* extension;
 };
 
-constexpr std::string_view jpegLoader = "VipsForeignLoadJpeg";
-constexpr std::string_view heifLoader = "VipsForeignLoadHeif";
-constexpr std::array<Reader, 7> readers = {{{jpegLoader, "jpeg"},
-                                            {"VipsForeignLoadPng", "png"},
-                                            {"VipsForeignLoadNsgif", "gif"},
-                                            {"VipsForeignLoadTiff", "tiff"},
-                                            {"VipsForeignLoadWebp", "webp"},
-                                            {heifLoader, "heif"},
-                                            {"VipsForeignLoadJp2k", "jp2"}}};
+constexpr std::array<Reader, 7> readers = {{{"VipsForeignLoadJpeg", Kind::jpeg, "jpeg"},
+                                            {"VipsForeignLoadPng", Kind::png, "png"},
+                                            {"VipsForeignLoadNsgif", Kind::gif, "gif"},
+                                            {"VipsForeignLoadTiff", Kind::tiff, "tiff"},
+                                            {"VipsForeignLoadWebp", Kind::webp, "webp"},
+                                            {"VipsForeignLoadHeif", Kind::heif, "heif"},
+                                            {"VipsForeignLoadJp2k", Kind::jp2, "jp2"}}};
 
 /// A picture whose header is read and whose pixels are not.
 struct OpenPicture {
   VImage image;
-  std::string_view loader;
+  Reader reader;
 };
+
+/// By the content; the library also knows the names of loaders that it may not use.
+const Reader& readerOf(const vips::VSource& source) {
+  const char* loader = vips_foreign_find_load_source(source.get_source());
+  const auto* const reader =
+      std::find_if(readers.begin(), readers.end(), [&](const Reader& candidate) {
+        return loader != nullptr && std::string_view(loader).starts_with(candidate.loader);
+      });
+  if (reader == readers.end()) {
+    vips_error_clear();
+    throw PlatformError("The file is no image of a known kind.");
+  }
+  return *reader;
+}
 
 /// @param shrink 1, 2, 4 or 8; above 1 only for JPEG.
 OpenPicture open(const fs::path& file, int shrink = 1) {
   // A source takes the name as it is; elsewhere the library reads options from brackets in it.
   const vips::VSource source = vips::VSource::new_from_file(file.c_str());
-  const char* loader = vips_foreign_find_load_source(source.get_source());
-  if (loader == nullptr) {
-    throw VipsLibrary::takeError();
-  }
+  const Reader& reader = readerOf(source);
   vips::VOption* options =
       VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
   if (shrink > 1) {
     options->set("shrink", shrink);
   }
-  return {VImage::new_from_source(source, "", options), loader};
+  return {VImage::new_from_source(source, "", options), reader};
 }
 
 int orientationOf(const VImage& image) {
@@ -89,21 +101,18 @@ int orientationOf(const VImage& image) {
 }
 
 std::string extensionOf(const OpenPicture& picture) {
-  if (picture.loader.starts_with(heifLoader) && picture.image.get_typeof("heif-compression") != 0) {
-    const std::string_view compression = picture.image.get_string("heif-compression");
-    return compression == "hevc" ? "heic" : compression == "av1" ? "avif" : "heif";
+  constexpr const char* compressionField = "heif-compression";
+  if (picture.reader.kind != Kind::heif || picture.image.get_typeof(compressionField) == 0) {
+    return picture.reader.extension;
   }
-  const auto* const reader =
-      std::find_if(readers.begin(), readers.end(), [&](const Reader& candidate) {
-        return picture.loader.starts_with(candidate.loader);
-      });
-  return reader == readers.end() ? std::string() : reader->extension;
+  const std::string_view compression = picture.image.get_string(compressionField);
+  return compression == "hevc" ? "heic" : compression == "av1" ? "avif" : picture.reader.extension;
 }
 
 /// Before the exact scaling, JPEG can be read at a half, a quarter or an eighth. At least a factor
 /// of two stays for the scaling, which is what keeps the picture smooth.
 int shrinkAtReading(const OpenPicture& picture, Size target) {
-  if (!picture.loader.starts_with(jpegLoader)) {
+  if (picture.reader.kind != Kind::jpeg) {
     return 1;
   }
   const int factor =
@@ -210,7 +219,7 @@ Bitmap decodePicture(const fs::path& file, int maxDimension) {
   OpenPicture picture = open(file);
   const Size stored{picture.image.width(), picture.image.height()};
   if (!isWithinDecodingLimit(stored.width, stored.height)) {
-    throw PlatformError("The image has more than 80 million pixels.");
+    throw beyondDecodingLimit();
   }
   const Size target = fitted(stored, maxDimension);
   const int orientation = orientationOf(picture.image);

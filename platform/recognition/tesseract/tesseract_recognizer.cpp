@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <omp.h>
 #include <string>
@@ -12,6 +13,7 @@
 
 #include "platform/files/platform_error.h"
 #include "platform/images/image_encoder.h"
+#include "platform/images/image_limits.h"
 #include "platform/images/pixel_loops.h"
 #include "platform/recognition/text_recognizer.h"
 
@@ -60,6 +62,7 @@ std::unique_ptr<Engine> completeEngine() {
 
 /// Grey or rgb, which is what the engine takes.
 Bitmap readable(const Bitmap& picture) {
+  requirePixels(picture);
   if (picture.layout != PixelLayout::bgrx) {
     return ImageEncoder::flattened(picture);
   }
