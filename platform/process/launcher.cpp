@@ -44,9 +44,10 @@ std::string executable(const std::string& program) {
   const char* path = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets any
   std::istringstream folders(path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin");
   for (std::string folder; std::getline(folders, folder, ':');) {
-    std::string file = folder + "/" + program;
-    if (!folder.empty() && ::access(file.c_str(), X_OK) == 0) {
-      return file;
+    const bool isNamed = !folder.empty();
+    folder.append("/").append(program);
+    if (isNamed && ::access(folder.c_str(), X_OK) == 0) {
+      return folder;
     }
   }
   return {};
@@ -84,7 +85,7 @@ struct Plan {
 [[noreturn]] void becomeProgram(const Plan& plan) {
   sigset_t none = {};
   ::sigemptyset(&none);
-  ::sigprocmask(SIG_SETMASK, &none, nullptr);
+  ::sigprocmask(SIG_SETMASK, &none, nullptr);  // NOLINT(concurrency-mt-unsafe): one thread here
   for (const int ignoredByUs : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
     ::signal(ignoredByUs, SIG_DFL);
   }

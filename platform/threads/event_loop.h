@@ -14,6 +14,8 @@ class EventLoop final : public MainQueue {
  public:
   EventLoop();
   ~EventLoop() override;
+  EventLoop(const EventLoop&) = delete;
+  EventLoop& operator=(const EventLoop&) = delete;
 
   void post(Task task) override;
 
