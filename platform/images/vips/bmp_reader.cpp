@@ -106,7 +106,7 @@ class Loading {
     auto& self = *static_cast<Loading*>(context);
     self.width_ = width;
     self.height_ = height;
-    if (self.wanted_ == Wanted::header || !isWithinDecodingLimit(width, height)) {
+    if (self.wanted_ == Wanted::header) {
       gdk_pixbuf_loader_set_size(loader, 0, 0);  // allocates and decodes nothing
     }
   }
@@ -158,16 +158,20 @@ std::optional<ImageHeader> header(const fs::path& file) {
 
 Bitmap decode(const fs::path& file) {
   const Bytes bytes = FileSystem::readAll(file);
-  Loading loading(Wanted::pixels);
-  const bool loaded = loading.feed(bytes);
-  if (loading.width() > 0 && !isWithinDecodingLimit(loading.width(), loading.height())) {
+  Loading header(Wanted::header);
+  const bool opened = header.feed(bytes) || header.width() > 0;
+  if (!opened) {
+    throw header.failure();
+  }
+  if (!isWithinDecodingLimit(header.width(), header.height())) {
     throw beyondDecodingLimit();
   }
-  if (!loaded || loading.picture() == nullptr) {
-    throw loading.failure();
-  }
-  if (!holdsAllRows(bytes, loading.width(), loading.height())) {
+  if (!holdsAllRows(bytes, header.width(), header.height())) {
     throw PlatformError("The BMP image is cut short.");
+  }
+  Loading loading(Wanted::pixels);
+  if (!loading.feed(bytes) || loading.picture() == nullptr) {
+    throw loading.failure();
   }
   return unpadded(loading.picture());
 }
