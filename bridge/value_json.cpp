@@ -6,8 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "bridge/base64.h"
 #include "bridge/standard_codec.h"
+#include "platform/text/base64.h"
 
 namespace tolvane::ValueJson {
 

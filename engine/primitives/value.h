@@ -24,23 +24,24 @@ class Value {
 
   Value() = default;
   // The conversions are implicit so that maps and lists of values can be written down as literals.
-  Value(std::nullptr_t) {}                                  // NOLINT(google-explicit-constructor)
-  Value(const char* text) : variant_(std::string(text)) {}  // NOLINT(google-explicit-constructor)
-  Value(std::string_view text)
-      : variant_(std::string(text)) {}                    // NOLINT(google-explicit-constructor)
-  Value(std::string text) : variant_(std::move(text)) {}  // NOLINT(google-explicit-constructor)
-  Value(Bytes bytes) : variant_(std::move(bytes)) {}      // NOLINT(google-explicit-constructor)
-  Value(List list) : variant_(std::move(list)) {}         // NOLINT(google-explicit-constructor)
-  Value(Map map) : variant_(std::move(map)) {}            // NOLINT(google-explicit-constructor)
-  Value(double number) : variant_(number) {}              // NOLINT(google-explicit-constructor)
+  // NOLINTBEGIN(google-explicit-constructor)
+  Value(std::nullptr_t) {}
+  Value(const char* text) : variant_(std::string(text)) {}
+  Value(std::string_view text) : variant_(std::string(text)) {}
+  Value(std::string text) : variant_(std::move(text)) {}
+  Value(Bytes bytes) : variant_(std::move(bytes)) {}
+  Value(List list) : variant_(std::move(list)) {}
+  Value(Map map) : variant_(std::move(map)) {}
+  Value(double number) : variant_(number) {}
   template <typename T, std::enable_if_t<std::is_integral_v<T>, int> = 0>
-  Value(T number) {  // NOLINT(google-explicit-constructor)
+  Value(T number) {
     if constexpr (std::is_same_v<T, bool>) {
       variant_ = number;
     } else {
       variant_ = static_cast<std::int64_t>(number);
     }
   }
+  // NOLINTEND(google-explicit-constructor)
 
   [[nodiscard]] const Variant& variant() const { return variant_; }
   [[nodiscard]] bool isNull() const { return std::holds_alternative<std::monostate>(variant_); }

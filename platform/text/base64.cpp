@@ -1,5 +1,6 @@
 #include "platform/text/base64.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -34,7 +35,23 @@ bool isPadding(std::string_view text) {
 
 }  // namespace
 
-std::optional<Bytes> decoded(std::string_view text) {
+std::string encode(BytesView bytes) {
+  std::string text;
+  text.reserve((bytes.size() + 2) / 3 * 4);
+  for (std::size_t start = 0; start < bytes.size(); start += 3) {
+    const std::size_t held = std::min<std::size_t>(3, bytes.size() - start);
+    std::uint32_t group = 0;
+    for (std::size_t index = 0; index < 3; ++index) {
+      group = group << 8 | (index < held ? bytes[start + index] : 0U);
+    }
+    for (std::size_t index = 0; index < 4; ++index) {
+      text += index <= held ? alphabet[group >> (18 - 6 * index) & 0x3F] : '=';
+    }
+  }
+  return text;
+}
+
+std::optional<Bytes> decode(std::string_view text) {
   static constexpr std::array<std::uint8_t, 256> values = digitValues();
   Bytes bytes;
   bytes.reserve(text.size() / 4 * 3);

@@ -79,7 +79,7 @@ PropertyList XmlReader::value(std::string_view element) {
 }
 
 PropertyList XmlReader::data(std::string_view element) {
-  std::optional<Bytes> bytes = Base64::decoded(scanner_.text(element));
+  std::optional<Bytes> bytes = Base64::decode(scanner_.text(element));
   if (!bytes) {
     throw DamagedPropertyList();
   }
