@@ -98,9 +98,10 @@ std::vector<std::string> foundLines(Engine& engine) {
 class TesseractRecognizer final : public TextRecognizer {
  public:
   std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) override {
-    // Its matrices are so small that sharing them between threads takes six times as long. The
-    // setting holds for the calling thread.
-    omp_set_num_threads(1);
+    // Its matrices are so small that sharing them between threads takes several times as long. It
+    // asks for a number of threads itself, so that only the depth can be limited; the setting holds
+    // for the calling thread.
+    omp_set_max_active_levels(0);
     if (!engine_) {
       engine_ = completeEngine();
     }
