@@ -14,11 +14,13 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
-add_library(build_options INTERFACE)
-target_compile_options(build_options INTERFACE
+add_library(build_warnings INTERFACE)
+target_compile_options(build_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wold-style-cast
   -Wnon-virtual-dtor -Woverloaded-virtual
   $<$<BOOL:${WARNINGS_AS_ERRORS}>:-Werror>)
+add_library(build_options INTERFACE)
+target_link_libraries(build_options INTERFACE build_warnings)
 if(SANITIZE)
   target_compile_options(build_options INTERFACE -fsanitize=${SANITIZE} -fno-omit-frame-pointer)
   target_link_options(build_options INTERFACE -fsanitize=${SANITIZE})

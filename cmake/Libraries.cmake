@@ -11,6 +11,7 @@ pkg_check_modules(POPPLER REQUIRED IMPORTED_TARGET poppler-glib)
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
 # Our code never names qpdf's old pointer class, which this says to its headers.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)
+pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 pkg_check_modules(TESSERACT REQUIRED IMPORTED_TARGET tesseract lept)
 pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)
 pkg_check_modules(VIPS REQUIRED IMPORTED_TARGET vips-cpp)

@@ -10,9 +10,18 @@ namespace tolvane {
 
 /// Where engines are looked for. PATH is never consulted.
 struct EngineLocations {
+  /// A program of ours that stands in for an engine by means of another one.
+  struct Adapter {
+    std::filesystem::path program;
+    std::filesystem::path needed;  ///< the program without which the adapter is of no use
+  };
+
   std::vector<std::filesystem::path> folders;  ///< tried in this order for every engine
-  /// Engines with a list of their own, which replaces the folders.
-  std::map<std::string, std::vector<std::filesystem::path>, std::less<>> special;
+  /// Engines with a list of their own, which replaces the folders. A '*' at the end of a folder's
+  /// name stands for the rest of it; of several such folders the highest version comes first.
+  std::map<std::string, std::vector<std::filesystem::path>, std::less<>> special = {};
+  /// Tried after the folders.
+  std::map<std::string, Adapter, std::less<>> adapters = {};
 
   /// The places where Linux systems install them: a package manager's prefix first, the system
   /// last.

@@ -1,16 +1,149 @@
 #include "universal/toolchain/local_toolchain.h"
 
+#include <chrono>
+#include <unistd.h>
+
+#include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_system.h"
+#include "platform/files/platform_error.h"
+#include "platform/process/engine_process.h"
+#include "platform/process/process_log.h"
+#include "universal/toolchain/socket_directory.h"
 
 namespace tolvane {
 
-std::optional<std::filesystem::path> LocalToolchain::find(std::string_view engine) const {
-  for (const std::filesystem::path& candidate : locations_.candidates(engine)) {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+using namespace std::chrono_literals;
+
+constexpr auto pollInterval = 40ms;
+constexpr auto politeWait = 1000ms;
+constexpr auto politeInterval = 20ms;
+constexpr std::uint64_t maxLogBytes = 16'777'216;  // of a running engine; equal is still allowed
+constexpr unsigned ownerOnly = 0700;
+constexpr std::string_view officeSuite = "soffice";
+
+enum class Ending { byItself, cancelled, timedOut, tooTalkative };
+
+fs::path makeScratch(const fs::path& folder) {
+  fs::path scratch = folder / ".engine-tmp";
+  std::error_code ignored;
+  if (!fs::is_directory(scratch, ignored)) {
+    FileSystem::createDirectory(scratch, ownerOnly);
+  }
+  return scratch;
+}
+
+EngineProcess::Environment environmentFor(const EngineRun& run, const fs::path& scratch) {
+  EngineProcess::Environment environment = run.environment;
+  for (const char* name : {"TMPDIR", "MAGICK_TEMPORARY_PATH", "XDG_CACHE_HOME"}) {
+    environment.emplace(name, scratch.string());
+  }
+  for (char** entry = environ; *entry != nullptr; ++entry) {
+    const std::string_view text = *entry;
+    const std::size_t equals = text.find('=');
+    if (equals != std::string_view::npos) {
+      environment.emplace(text.substr(0, equals), text.substr(equals + 1));
+    }
+  }
+  return environment;
+}
+
+/// Waits for the engine's end or for a reason to stop it.
+Ending watch(const EngineProcess& process,
+             const ProcessLog& log,
+             const CancellationToken& token,
+             double timeout) {
+  const auto start = Clock::now();
+  if (process.endsWithin(0ms)) {
+    return Ending::byItself;
+  }
+  do {
+    if (token.isCancelled()) {
+      return Ending::cancelled;
+    }
+    if (std::chrono::duration<double>(Clock::now() - start).count() >= timeout) {
+      return Ending::timedOut;
+    }
+    if (log.size().value_or(0) > maxLogBytes) {
+      return Ending::tooTalkative;
+    }
+  } while (!process.endsWithin(pollInterval));
+  return Ending::byItself;
+}
+
+/// Asks it to end and gives it a second; what is left then, and what it started, is killed by the
+/// end of `process`.
+void stop(const EngineProcess& process) {
+  process.askToEnd();
+  const auto limit = Clock::now() + politeWait;
+  while (!process.endsWithin(politeInterval) && Clock::now() < limit) {
+  }
+}
+
+[[noreturn]] void fail(Ending ending) {
+  switch (ending) {
+    case Ending::timedOut:
+      throw ConversionFailure::message(
+          "The local engine timed out. Try a smaller file or selection.");
+    case Ending::tooTalkative:
+      throw ConversionFailure::message("The engine produced too much diagnostic output.");
+    case Ending::byItself:
+    case Ending::cancelled:
+      break;
+  }
+  throw ConversionFailure::cancelled();
+}
+
+}  // namespace
+
+std::optional<fs::path> LocalToolchain::find(std::string_view engine) const {
+  for (const fs::path& candidate : locations_.candidates(engine)) {
     if (FileSystem::isExecutableFile(candidate)) {
       return candidate;
     }
   }
   return std::nullopt;
+}
+
+const Confinement& LocalToolchain::confinement() const {
+  return confinement_ != nullptr ? *confinement_ : Confinement::ofThisMachine();
+}
+
+Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) const {
+  const std::optional<fs::path> program = find(run.name);
+  if (!program) {
+    throw ConversionFailure::message("Install " + run.name +
+                                     " to use this local operation, then reopen the file.");
+  }
+  std::optional<SocketDirectory> sockets;  // goes after the log
+  const fs::path folder = fs::absolute(run.in);
+  const ProcessLog log(folder);
+  ConfinedEngine engine = {*program, run.arguments, folder, {}, {}, {}};
+  engine.root = FileSystem::resolved(run.writableRoot.value_or(folder));
+  if (run.name == officeSuite) {
+    sockets.emplace();
+    sockets->addTo(engine);
+  }
+  const EngineProcess::Environment environment = environmentFor(run, makeScratch(folder));
+  token.check();
+
+  EngineProcess process({confinement().command(engine), environment, log.descriptor()});
+  const Ending ending = watch(process, log, token, run.timeout);
+  if (ending != Ending::byItself) {
+    stop(process);
+    fail(ending);
+  }
+  const int status = process.exitStatus();
+  Bytes printed = log.content();
+  if (!run.accepted.contains(status)) {
+    throw ConversionFailure::message(
+        run.name + " could not process this file (exit " + std::to_string(status) +
+        "). Check that the file is valid and the selected options fit its content.");
+  }
+  return printed;
 }
 
 }  // namespace tolvane

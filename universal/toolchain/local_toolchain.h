@@ -1,27 +1,62 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <map>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "engine/primitives/cancellation_token.h"
+#include "platform/files/bytes.h"
+#include "universal/toolchain/confinement.h"
 #include "universal/toolchain/engine_locations.h"
 
 namespace tolvane {
 
+/// One run of an outside engine.
+struct EngineRun {
+  std::string name;                    ///< as find() takes it; also named in messages
+  std::vector<std::string> arguments;  ///< passed on unchanged: no shell, no quoting
+  std::filesystem::path in;            ///< the job's workspace and the engine's current directory
+  double timeout = 0;                  ///< seconds from the launch on
+  std::map<std::string, std::string> environment = {};  ///< overrides everything inherited
+  std::set<std::int32_t> accepted = {0};                ///< exit statuses that count as success
+  /// The tree in which the engine may write; absent means `in`.
+  std::optional<std::filesystem::path> writableRoot = std::nullopt;
+};
+
 /// The one place where outside engines (ffmpeg, qpdf, magick, soffice, ...) are found and run.
+/// Holds no state between calls; any thread.
 class LocalToolchain {
  public:
-  explicit LocalToolchain(EngineLocations locations = EngineLocations::standard())
-      : locations_(std::move(locations)) {}
+  /// @param confinement not owned, outlives this object; null means that of this machine, found out
+  /// at the first run.
+  explicit LocalToolchain(EngineLocations locations = EngineLocations::standard(),
+                          const Confinement* confinement = nullptr)
+      : locations_(std::move(locations)), confinement_(confinement) {}
 
   /// @param engine its name as messages show it, such as "ffmpeg".
   /// @return the first candidate that is an executable file; nullopt when the engine is not
   /// installed.
   [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view engine) const;
 
+  /// Runs an engine confined and waits for its end; when this returns or throws, no process of it
+  /// is left. What it wrote stays where it is.
+  /// @return everything that it printed, on both outputs, in the order in which it was written.
+  /// @throws ConversionFailure when it is not installed, too slow, too talkative, cancelled, ends
+  /// with a status that is not accepted, or cannot be confined.
+  /// @throws PlatformError when the log or a folder cannot be made or read or the launch fails.
+  Bytes run(const EngineRun& run, const CancellationToken& token) const;
+
  private:
+  [[nodiscard]] const Confinement& confinement() const;
+
   EngineLocations locations_;
+  const Confinement* confinement_;
 };
 
 }  // namespace tolvane

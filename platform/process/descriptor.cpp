@@ -1,0 +1,13 @@
+#include "platform/process/descriptor.h"
+
+#include <unistd.h>
+
+namespace tolvane {
+
+Descriptor::~Descriptor() {
+  if (number_ >= 0) {
+    ::close(number_);
+  }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,182 @@
+#include <functional>
+#include <sstream>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "engine/primitives/conversion_failure.h"
+#include "tests/support/failure_text.h"
+#include "tests/universal/toolchain/host_program.h"
+#include "tests/universal/toolchain/toolchain_fixture.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using support::failureText;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+
+constexpr const char* timedOut = "The local engine timed out. Try a smaller file or selection.";
+constexpr const char* tooTalkative = "The engine produced too much diagnostic output.";
+constexpr const char* cancelled = "Cancelled. Your source files are unchanged.";
+
+struct FailureCase {
+  const char* label;
+  const char* script;
+  double timeout;
+  const char* message;
+  double leastSeconds;
+  double mostSeconds;
+};
+
+void PrintTo(const FailureCase& failure, std::ostream* out) {
+  *out << failure.label;
+}
+
+class EngineFailureTest : public support::ToolchainFixture,
+                          public ::testing::WithParamInterface<FailureCase> {};
+
+TEST_P(EngineFailureTest, SaysWhyAndCleansUp) {
+  // As the office suite, so that there is a socket folder to remove.
+  EngineRun order = engine("soffice", std::string("echo $1 > sockets\n") + GetParam().script);
+  order.timeout = GetParam().timeout;
+  const support::StopWatch watch;
+  EXPECT_THAT(failureText([&] { return run(order); }), HasSubstr(GetParam().message));
+  EXPECT_GE(watch.seconds(), GetParam().leastSeconds);
+  EXPECT_LT(watch.seconds(), GetParam().mostSeconds);
+
+  const std::string sockets = support::contentOf(workspace() / "sockets");
+  const std::size_t path = sockets.find('/');  // absent where the engine was stopped at once
+  EXPECT_FALSE(path != std::string::npos && fs::exists(sockets.substr(path, 16)));
+  for (const std::string& name : leftInWorkspace()) {
+    EXPECT_THAT(name, ::testing::Not(EndsWith(".log")));
+  }
+  std::istringstream processes(support::contentOf(workspace() / "children"));
+  for (std::string process; processes >> process;) {
+    EXPECT_FALSE(isAlive(process));
+  }
+}
+
+constexpr const char* exit4 =
+    "soffice could not process this file (exit 4). Check that the file is valid and the selected "
+    "options fit its content.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Every,
+    EngineFailureTest,
+    ::testing::Values(
+        FailureCase{"Status", "exit 4", 60, exit4, 0, 20},
+        FailureCase{"Signal", "kill -SEGV $$", 60, "(exit 139)", 0, 20},
+        FailureCase{"Timeout", "sleep 1000 & echo $! > children; wait", 0.3, timedOut, 0.3, 1.2},
+        FailureCase{"NoTime", "sleep 1000", 0, timedOut, 0, 1.2},
+        FailureCase{"Stubborn",
+                    "trap '' TERM; (trap '' TERM; exec sleep 1000) & echo $! > children\n"
+                    "while :; do sleep 0.1; done",
+                    0.3,
+                    timedOut,
+                    1.3,
+                    3},
+        FailureCase{"Flood", "head -c 16777217 /dev/zero; sleep 1000", 60, tooTalkative, 0, 20},
+        FailureCase{"LogRemoved", "rm .process-*", 60, ".log: No such file or directory", 0, 20},
+        FailureCase{"LogReplaced",
+                    "set -- .process-*; rm $1; mkfifo $1",
+                    60,
+                    ".log: Stale file handle",
+                    0,
+                    20}),
+    [](const auto& test) { return test.param.label; });
+
+class ToolchainFailureTest : public support::ToolchainFixture {};
+
+TEST_F(ToolchainFailureTest, NamesAMissingEngine) {
+  EXPECT_EQ(failureText([&] {
+              return run({"nothing", {}, workspace(), 1});
+            }),
+            "Install nothing to use this local operation, then reopen the file.");
+  EXPECT_TRUE(leftInWorkspace().empty());
+}
+
+TEST_F(ToolchainFailureTest, LetsAnEngineEndPolitely) {
+  EngineRun order =
+      engine("polite", "trap 'echo bye > said; exit 0' TERM; while :; do sleep 0.02; done");
+  order.timeout = 0.3;
+  const support::StopWatch watch;
+  EXPECT_EQ(failureText([&] { return run(order); }), timedOut);
+  EXPECT_LT(watch.seconds(), 1.2);
+  EXPECT_EQ(support::contentOf(workspace() / "said"), "bye\n");
+}
+
+TEST_F(ToolchainFailureTest, DoesNotLaunchWhenCancelledBefore) {
+  token_.cancel();
+  EXPECT_EQ(failureText([&] { return run(engine("writer", "touch launched")); }), cancelled);
+  EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
+}
+
+TEST_F(ToolchainFailureTest, StopsWhenCancelled) {
+  const EngineRun order = engine("sleeper", "sleep 1000");
+  std::thread canceller([&] {
+    std::this_thread::sleep_for(100ms);
+    token_.cancel();
+  });
+  const support::StopWatch watch;
+  EXPECT_EQ(failureText([&] { return run(order); }), cancelled);
+  EXPECT_LT(watch.seconds(), 1.0);
+  canceller.join();
+  EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
+}
+
+TEST_F(ToolchainFailureTest, PassesSystemErrorsOn) {
+  EXPECT_EQ(failureText([&] { return run(engine("broken", "#!/no/such/shell\n")); }),
+            "Could not start the engine. " + (folder_ / "bin/broken").string() +
+                ": No such file or directory.");
+  EngineRun order = engine("quick", "exit 0");
+  order.in = workspace() / "nowhere";
+  EXPECT_THAT(failureText([&] { return run(order); }),
+              EndsWith(".log: No such file or directory."));
+  order.in = workspace();
+  fs::remove_all(workspace() / ".engine-tmp");
+  folder_.write("work/.engine-tmp", "a file");
+  EXPECT_THAT(failureText([&] { return run(order); }), EndsWith(".engine-tmp: File exists."));
+  EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
+}
+
+TEST_F(ToolchainFailureTest, RefusesOfficeFilesInBothTemporaryFolders) {
+  EngineRun order = engine("soffice", "exit 0");
+  order.arguments = {"/var/tmp/report.docx", "file:///tmp/profile"};
+  EXPECT_EQ(failureText([&] { return run(order); }),
+            "The office suite cannot use files in both /tmp and /var/tmp. Move the file to another "
+            "folder.");
+}
+
+TEST(FullDiskTest, IsTheEnginesFailure) {
+  const support::HostProgram program;
+  program.addEngine("filler", "head -c 1000000 /dev/zero");
+  const fs::path workspace = program.workspace(support::Identity::root);
+  std::vector<std::string> command = {"/usr/bin/unshare", "--mount"};
+  if (::geteuid() != 0) {
+    command.emplace_back("--map-root-user");
+  }
+  const std::string folder = workspace.string();
+  for (const std::string& word :
+       {std::string("sh"),
+        std::string("-c"),
+        "mount -t tmpfs -o size=64k none " + folder + "; \"$@\"; ls -A " + folder,
+        std::string("sh")}) {
+    command.push_back(word);
+  }
+  const std::string mounts = std::to_string(static_cast<int>(ConfinementLevel::ownMounts));
+  const auto host =
+      program.command(support::Identity::root, {"run", mounts, "1000", folder, "filler"});
+  command.insert(command.end(), host.end() - 6, host.end());
+  EXPECT_EQ(support::HostProgram::output(command),
+            "filler could not process this file (exit 1). Check that the file is valid and the "
+            "selected options fit its content.\n.engine-tmp\n");
+}
+
+}  // namespace
+
+}  // namespace tolvane

@@ -1,0 +1,103 @@
+// tolvane-confine: runs one engine so that it can write nowhere but in its own places, has no
+// network, and leaves no process behind.
+//
+// No single layer of the kernel gives that. Mounts do not stop sockets, FIFOs and devices; the path
+// rules (Landlock) do not know permissions, owners, times and attributes; a system-call filter sees
+// no paths. So the three are stacked here, in a static program of its own that costs less than a
+// millisecond, rather than in the host, which is too large to be forked.
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <fcntl.h>
+#include <string_view>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "universal/toolchain/confine/call_filter.h"
+#include "universal/toolchain/confine/mounts.h"
+#include "universal/toolchain/confine/options.h"
+#include "universal/toolchain/confine/path_rules.h"
+#include "universal/toolchain/confine/report.h"
+#include "universal/toolchain/confine/supervisor.h"
+#include "universal/toolchain/confine/trial.h"
+
+namespace tolvane::confine {
+
+namespace {
+
+/// Keeps standard input, output, error and the report.
+void closeOtherDescriptors() {
+  Report::check(::syscall(SYS_close_range, Report::descriptor + 1, ~0U, 0), "close_range");
+}
+
+/// An inherited terminal could be typed into, read from and asked for passwords. The device is
+/// opened anew, below the read-only mounts, because permissions can be changed through a descriptor
+/// from outside.
+void readNothing() {
+  constexpr const char* nothing = "/dev/null";
+  ::close(STDIN_FILENO);
+  Report::check(::open(nothing, O_RDONLY), nothing);  // takes the lowest free number
+}
+
+/// A crashed engine would write its memory, and with it the user's document, to wherever the system
+/// keeps such images.
+void writeNoCoreFile() {
+  const rlimit none = {0, 0};
+  Report::check(::setrlimit(RLIMIT_CORE, &none), "core limit");
+}
+
+void confine(const Options& options) {
+  const int pathRules = std::min(PathRules::version(), options.newestPathRules);
+  if (pathRules < 1) {
+    errno = ENOSYS;
+    Report::fail("Landlock");
+  }
+  Report::check(::chdir(options.folder.c_str()), options.folder);
+  readNothing();
+  writeNoCoreFile();
+  Report::check(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), "no new privileges");
+  PathRules::apply(options, pathRules);
+  applyCallFilter(options, pathRules);
+}
+
+[[noreturn]] void become(char** engine) {
+  ::execv(engine[0], engine);
+  Report::fail(engine[0]);
+}
+
+[[noreturn]] void run(const Options& options) {
+  closeOtherDescriptors();
+  const pid_t supervisor = options.host ? Supervisor::splitOff(*options.host) : ::getppid();
+  if (!options.confines) {
+    // The program in between must outlive the polite end, or the engine would get no chance to use
+    // it.
+    ::signal(SIGTERM, SIG_IGN);
+    Supervisor::endWith(supervisor);
+    become(options.engine);
+  }
+  ::signal(SIGTERM, SIG_DFL);
+  if (options.ownMounts) {
+    makeOwnMounts(options);
+  }
+  Supervisor::endWith(supervisor);
+  Report::check(::fcntl(Report::descriptor, F_SETFD, FD_CLOEXEC), "report");
+  confine(options);
+  Report::engineStarts();
+  become(options.engine);
+}
+
+}  // namespace
+
+}  // namespace tolvane::confine
+
+int main(int count, char** arguments) {
+  using namespace tolvane::confine;  // NOLINT(google-build-using-namespace)
+  if (count == 4 && std::string_view(arguments[1]) == "--trial") {
+    return Trial::run(arguments[2], arguments[3]);
+  }
+  run(readOptions(arguments));
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+
+namespace tolvane::confine {
+
+/// What happens to calls that change permissions, owners, times and extended attributes.
+enum class Metadata {
+  ruled,    // mounts keep them inside the writable places
+  refused,  // nothing else keeps them there, so nothing may make them
+};
+
+/// What the helper was asked to do.
+struct Options {
+  std::optional<pid_t> host;            // --supervise: stop everything when this process ends
+  bool confines = true;                 // --delegate: the program that is started confines
+  bool ownMounts = false;               // --own-mounts
+  Metadata metadata = Metadata::ruled;  // --refuse-metadata
+  int newestPathRules = 1000;  // --path-rules-at-most: behaves as on a kernel of that version
+  std::string folder;          // --folder: the working directory
+  std::string root;            // --root: may be written
+  std::string sockets;         // --sockets: may be written and hold sockets; empty for none
+  std::string cover;           // --cover: where the socket folder is shown as well
+  char** engine = nullptr;     // what follows --, ended by a null pointer
+};
+
+/// Ends the process with a report when the arguments make no sense.
+[[nodiscard]] Options readOptions(char** arguments);
+
+}  // namespace tolvane::confine

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tolvane {
+
+/// The ways to confine an engine, the best first. Each gives the same: no network, and nothing
+/// outside the engine's own places can be changed.
+enum class ConfinementLevel {
+  ownMounts,      ///< read-only mounts of its own, path rules (Landlock), system-call filter
+  bubblewrap,     ///< bubblewrap makes the mounts, where only that program may
+  withoutMounts,  ///< path rules and a filter that refuses every change of permissions and times
+};
+
+/// One engine as it is to run.
+struct ConfinedEngine {
+  std::filesystem::path program;
+  std::vector<std::string> arguments;
+  std::filesystem::path folder;   ///< its working directory; absolute
+  std::filesystem::path root;     ///< the tree that it may write; absolute, links resolved
+  std::filesystem::path sockets;  ///< may hold sockets and be written; empty for none
+  std::filesystem::path
+      cover;  ///< an existing folder in whose place `sockets` is seen; may be empty
+};
+
+/// How engines are confined on this machine. Immutable.
+class Confinement {
+ public:
+  /// Found out at the first call, which takes a few milliseconds. Any thread.
+  [[nodiscard]] static const Confinement& ofThisMachine();
+
+  /// Takes the first of `levels` that passes a real trial here: a write, a change of permissions
+  /// and a socket outside must all be refused.
+  /// @param newestPathRules behave as on a kernel whose Landlock is of that version.
+  [[nodiscard]] static Confinement firstThatHolds(
+      const std::vector<ConfinementLevel>& levels,
+      std::optional<int> newestPathRules = std::nullopt);
+
+  /// nullopt: nothing holds here, and no engine is run.
+  [[nodiscard]] std::optional<ConfinementLevel> level() const { return level_; }
+  /// One sentence for people: how engines are confined, or why they cannot be.
+  [[nodiscard]] std::string description() const;
+
+  /// The command line that runs an engine confined.
+  /// @throws ConversionFailure when no level holds.
+  [[nodiscard]] std::vector<std::string> command(const ConfinedEngine& engine) const;
+
+ private:
+  Confinement(std::optional<ConfinementLevel> level, std::optional<int> newestPathRules)
+      : level_(level), newestPathRules_(newestPathRules) {}
+
+  std::optional<ConfinementLevel> level_;
+  std::optional<int> newestPathRules_;
+  std::string obstacle_;  // what the best level that failed said
+};
+
+}  // namespace tolvane

@@ -1,0 +1,94 @@
+#include "universal/toolchain/engine_report.h"
+
+#include <exception>
+#include <sstream>
+#include <string_view>
+
+#include "platform/files/file_system.h"
+
+namespace tolvane {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double versionTimeout = 10;  // seconds; the office suite's first start takes two
+constexpr unsigned ownerOnly = 0700;
+
+struct KnownEngine {
+  const char* name;
+  const char* versionArgument;  // empty: it tells when it is run without arguments
+  const char* packages;
+};
+
+constexpr KnownEngine knownEngines[] = {
+    {"ffmpeg", "-version", "ffmpeg"},
+    {"ffprobe", "-version", "ffmpeg"},
+    {"qpdf", "--version", "qpdf"},
+    {"magick", "-version", "imagemagick"},
+    {"soffice",
+     "--version",
+     "libreoffice-core libreoffice-writer libreoffice-calc libreoffice-impress"},
+    {"pandoc", "--version", "pandoc"},
+    {"7zz", "", "7zip"},
+    {"zip", "-v", "zip"},
+    {"unzip", "-v", "unzip"},
+    {"tar", "--version", "tar"},
+    {"osascript", "", ""},  // belongs to another system; never found here
+};
+
+/// The first word that looks like one: starts with a digit and has a dot.
+std::string versionIn(const Bytes& printed) {
+  std::istringstream words(std::string(printed.begin(), printed.end()));
+  for (std::string word; words >> word;) {
+    if (word.front() >= '0' && word.front() <= '9' && word.find('.') != std::string::npos) {
+      return word;
+    }
+  }
+  return {};
+}
+
+/// A folder in which engines are asked for their versions.
+class ReportGround {
+ public:
+  ReportGround() : path(fs::temp_directory_path() / ("tolvane-engines-" + FileSystem::newUuid())) {
+    FileSystem::createDirectory(path, ownerOnly);
+  }
+  ~ReportGround() { FileSystem::removeQuietly(path); }
+  ReportGround(const ReportGround&) = delete;
+  ReportGround& operator=(const ReportGround&) = delete;
+
+  const fs::path path;
+};
+
+std::string versionOf(const KnownEngine& engine,
+                      const LocalToolchain& toolchain,
+                      const fs::path& folder) try {
+  EngineRun run = {engine.name, {}, folder, versionTimeout};
+  if (*engine.versionArgument != '\0') {
+    run.arguments.emplace_back(engine.versionArgument);
+  }
+  if (run.name == "soffice") {
+    run.arguments.push_back("-env:UserInstallation=file://" + folder.string() + "/profile");
+  }
+  return versionIn(toolchain.run(run, CancellationToken()));
+} catch (const std::exception&) {
+  return {};  // it is installed but does not run; that it has no version shows it
+}
+
+}  // namespace
+
+EngineReport EngineReport::make(const LocalToolchain& toolchain, const Confinement& confinement) {
+  const ReportGround ground;
+  EngineReport report = {{}, confinement.description()};
+  for (const KnownEngine& engine : knownEngines) {
+    EngineStatus status = {engine.name, toolchain.find(engine.name), {}, engine.packages};
+    if (status.path) {
+      status.version = versionOf(engine, toolchain, ground.path);
+    }
+    report.engines.push_back(std::move(status));
+  }
+  return report;
+}
+
+}  // namespace tolvane
