@@ -10,14 +10,20 @@ namespace tolvane {
 Bridge::Bridge(BinaryMessenger& messenger,
                MainQueue& main,
                DesktopServices services,
-               ConversionEngine engine)
+               ConversionEngine engine,
+               LocalToolchain toolchain)
     : main_(main),
       services_(std::move(services)),
       engine_(std::move(engine)),
+      toolchain_(std::move(toolchain)),
       events_(messenger),
       jobs_(std::make_shared<JobControl>(engine_, worker_, main_, events_)),
+      selection_(std::make_shared<Selection>(
+          Selection::Surroundings{engine_, toolchain_, worker_, main_, events_})),
       settings_(services_, events_),
-      palette_(std::make_shared<PaletteMessages>(services_)),
+      palette_(std::make_shared<PaletteMessages>(
+          services_,
+          [this](std::vector<std::filesystem::path> files) { select(std::move(files)); })),
       methods_(std::make_shared<MethodTable>()) {
   methods_->addFunction("ready", [this](const Value::Map&) { return ready(); });
   jobs_->addMethods(*methods_);
@@ -44,13 +50,19 @@ Bridge::~Bridge() {
   jobs_->cancel();
 }
 
+void Bridge::select(std::vector<std::filesystem::path> urls, std::optional<std::string> message) {
+  if (!hasActiveJob()) {
+    selection_->select(std::move(urls), std::move(message));
+  }
+}
+
 void Bridge::send(std::string_view type, Value::Map payload) const {
   events_.send(type, std::move(payload));
 }
 
 Value Bridge::ready() {
   events_.open();
-  Value::Map reply = selection_.state();
+  Value::Map reply = selection_->state();
   reply["version"] = 1;
   reply["settings"] = settings_.settings();
   return reply;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "bridge/binary_messenger.h"
 #include "bridge/desktop_services.h"
@@ -15,6 +19,7 @@
 #include "engine/conversion_engine.h"
 #include "platform/threads/main_queue.h"
 #include "platform/threads/serial_queue.h"
+#include "universal/toolchain/local_toolchain.h"
 
 namespace tolvane {
 
@@ -30,11 +35,17 @@ class Bridge {
   Bridge(BinaryMessenger& messenger,
          MainQueue& main,
          DesktopServices services,
-         ConversionEngine engine);
+         ConversionEngine engine,
+         LocalToolchain toolchain = LocalToolchain());
   /// Asks a running job to stop and waits for it; its outcome is not reported.
   ~Bridge();
   Bridge(const Bridge&) = delete;
   Bridge& operator=(const Bridge&) = delete;
+
+  /// Takes in files, whatever their source: dropped, chosen, or named by a script. Ignored while a
+  /// job runs.
+  /// @param message shown until the files are inspected; absent means an invitation to choose some.
+  void select(std::vector<std::filesystem::path> urls, std::optional<std::string> message = {});
 
   /// Sends an event; dropped until the interface called "ready".
   void send(std::string_view type, Value::Map payload) const;
@@ -51,10 +62,11 @@ class Bridge {
   MainQueue& main_;
   DesktopServices services_;
   const ConversionEngine engine_;
+  const LocalToolchain toolchain_;
   EventStream events_;
-  Selection selection_;
   SerialQueue worker_{"app.tolvane.conversion"};
   std::shared_ptr<JobControl> jobs_;
+  std::shared_ptr<Selection> selection_;
   SettingsMessages settings_;
   std::shared_ptr<PaletteMessages> palette_;
   std::shared_ptr<MethodTable> methods_;

@@ -110,6 +110,8 @@ void JsonRpcHost::receive(std::string_view line) {
     conversation_->output(errorLine(identifierIn(message), invalidRequest));
   } else if (request->method == "host.quit") {
     quit(request->id);
+  } else if (request->method == "host.select") {
+    select(request->id, request->params);
   } else {
     client_.call(request->method,
                  request->params,
@@ -119,6 +121,14 @@ void JsonRpcHost::receive(std::string_view line) {
                      conversation->output(replyLine(*id, reply));
                    }
                  });
+  }
+}
+
+void JsonRpcHost::select(const std::optional<Value>& id, const Value& params) {
+  const auto paths = params["paths"].texts().value_or(std::vector<std::string>());
+  bridge_.select({paths.begin(), paths.end()});
+  if (id) {
+    conversation_->output(resultLine(*id, nullptr));
   }
 }
 

@@ -12,8 +12,9 @@
 namespace tolvane {
 
 /// The channel for programs that speak JSON-RPC 2.0, one message a line: requests call the host's
-/// methods, events are notifications named "event". "host.quit" cancels a running job, waits for
-/// the worker and replies null. Main thread only.
+/// methods, events are notifications named "event". "host.select" with "paths" takes in files as if
+/// they were dropped and replies null; the outcome is the event "selectionResolved". "host.quit"
+/// cancels a running job, waits for the worker and replies null. Main thread only.
 class JsonRpcHost {
  public:
   /// @param line one message without a line end.
@@ -47,6 +48,7 @@ class JsonRpcHost {
   };
 
   /// @param id of the request that is answered; nullopt for none.
+  void select(const std::optional<Value>& id, const Value& params);
   void quit(const std::optional<Value>& id);
 
   Bridge& bridge_;

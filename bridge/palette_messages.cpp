@@ -26,9 +26,12 @@ void PaletteMessages::present(const Value::Map& arguments) const {
 
 void PaletteMessages::chooseFiles(const MethodReply& reply) const {
   services_.palette->suspendDismissal();
-  services_.panels->chooseFiles([self = weak_from_this(), reply](const auto&) {
+  services_.panels->chooseFiles([self = weak_from_this(), reply](const auto& files) {
     if (const auto messages = self.lock()) {
       messages->services_.palette->resumeDismissal();
+      if (files) {
+        messages->filesChosen_(*files);
+      }
       messages->services_.palette->show();
       reply.success();
     }

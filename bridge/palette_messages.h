@@ -1,6 +1,10 @@
 #pragma once
 
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "bridge/desktop_services.h"
 #include "bridge/method_table.h"
@@ -11,8 +15,13 @@ namespace tolvane {
 /// is gone is not answered.
 class PaletteMessages : public std::enable_shared_from_this<PaletteMessages> {
  public:
+  using Files = std::vector<std::filesystem::path>;
+
   /// @param services not owned; outlives this object.
-  explicit PaletteMessages(const DesktopServices& services) : services_(services) {}
+  /// @param filesChosen takes the files of a confirmed open panel; not called when this object is
+  /// gone.
+  PaletteMessages(const DesktopServices& services, std::function<void(Files)> filesChosen)
+      : services_(services), filesChosen_(std::move(filesChosen)) {}
 
   /// "presentation", "hide", "chooseFiles" and "chooseFolder".
   void addMethods(MethodTable& table);
@@ -23,6 +32,7 @@ class PaletteMessages : public std::enable_shared_from_this<PaletteMessages> {
   void chooseFolder(const MethodReply& reply) const;
 
   const DesktopServices& services_;
+  std::function<void(Files)> filesChosen_;
 };
 
 }  // namespace tolvane

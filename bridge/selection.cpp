@@ -1,9 +1,91 @@
 #include "bridge/selection.h"
 
+#include <exception>
+#include <utility>
+
+#include "catalog/capability_catalog.h"
+#include "engine/primitives/limits.h"
+
 namespace tolvane {
 
+namespace {
+
+Value::List mapsOf(const std::vector<FileCapability>& offers) {
+  Value::List maps;
+  maps.reserve(offers.size());
+  for (const FileCapability& offer : offers) {
+    maps.push_back(offer.json());
+  }
+  return maps;
+}
+
+}  // namespace
+
+void Selection::select(std::vector<std::filesystem::path> urls,
+                       std::optional<std::string> message) {
+  const std::int64_t revision = ++selectionRevision_;
+  files_.clear();
+  formats_.clear();
+  tools_.clear();
+  selectionMessage_ = message.value_or("Choose or drop a file to get started.");
+  publish();
+  if (urls.size() > Limits::maxInputFiles) {
+    selectionMessage_ = "Select at most 100 files.";
+    surroundings_.events.send("selectionResolved",
+                              {{"files", files_}, {"message", selectionMessage_}});
+  } else if (!urls.empty()) {
+    surroundings_.worker.post([&engine = surroundings_.engine,
+                               &main = surroundings_.main,
+                               selection = weak_from_this(),
+                               revision,
+                               urls = std::move(urls)] {
+      main.post([selection, revision, inspection = inspect(engine, urls)] {
+        if (const auto present = selection.lock()) {
+          present->apply(revision, inspection);
+        }
+      });
+    });
+  }
+}
+
+Selection::Inspection Selection::inspect(const ConversionEngine& engine,
+                                         const std::vector<std::filesystem::path>& urls) {
+  Inspection inspection;
+  for (const std::filesystem::path& url : urls) {
+    try {
+      inspection.files.push_back(engine.inspect(url));
+    } catch (const std::exception& failure) {
+      if (++inspection.failures == 1) {
+        inspection.firstFailure = failure.what();
+      }
+    }
+  }
+  return inspection;
+}
+
+void Selection::apply(std::int64_t revision, const Inspection& inspection) {
+  if (revision != selectionRevision_) {
+    return;
+  }
+  for (const FileInfo& file : inspection.files) {
+    files_.push_back(file.json());
+  }
+  formats_ = mapsOf(CapabilityCatalog::formats(inspection.files, surroundings_.toolchain));
+  tools_ = mapsOf(CapabilityCatalog::tools(inspection.files, surroundings_.toolchain));
+  selectionMessage_ =
+      inspection.failures > 0
+          ? std::to_string(inspection.failures) + " file(s) unavailable. " + inspection.firstFailure
+          : "";
+  publish();
+}
+
+void Selection::publish() const {
+  surroundings_.events.send("selectionResolved", state());
+}
+
 Value::Map Selection::state() const {
-  return {{"files", files}, {"message", message}, {"formats", formats}, {"tools", tools}};
+  return {
+      {"files", files_}, {"message", selectionMessage_}, {"formats", formats_}, {"tools", tools_}};
 }
 
 }  // namespace tolvane

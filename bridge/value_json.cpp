@@ -60,7 +60,13 @@ Value listOf(const Json& json, int depth) {
 std::optional<Value::Bytes> bytesOf(const Json& json) {
   const auto found = json.find(bytesKey);
   const bool isMarked = json.size() == 1 && found != json.end() && found->is_string();
-  return isMarked ? Base64::decode(found->get_ref<const std::string&>()) : std::nullopt;
+  if (!isMarked) {
+    return std::nullopt;
+  }
+  const auto& text = found->get_ref<const std::string&>();
+  auto bytes = Base64::decode(text);
+  // Other texts that can be read, with blanks for instance, are not what write() writes.
+  return bytes && Base64::encode(*bytes) == text ? std::move(bytes) : std::nullopt;
 }
 
 Value mapOf(const Json& json, int depth) {

@@ -5,18 +5,13 @@
 #include <optional>
 #include <system_error>
 #include <unistd.h>
-#include <variant>
 
 #include <fmt/format.h>
 
-#include "bridge/bridge.h"
-#include "bridge/channel_client.h"
-#include "bridge/unavailable_services.h"
 #include "bridge/value_json.h"
-#include "cli/interrupt.h"
+#include "cli/host_session.h"
 #include "cli/job_settings.h"
 #include "cli/progress_bar.h"
-#include "platform/threads/event_loop.h"
 
 namespace tolvane {
 
@@ -26,24 +21,17 @@ namespace {
 class JobRun {
  public:
   explicit JobRun(ProgressBar::Visibility progress)
-      : interrupt_(loop_,
-                   [this] { client_.call("cancelJob", nullptr, [](const ChannelReply&) {}); }),
-        bridge_(messengers_.host(), loop_, unavailableServices(), ConversionEngine()),
-        client_(messengers_.interface()),
-        progress_(progress) {
-    client_.onEvent([this](const Value::Map& event) { hear(event); });
-    client_.call("ready", nullptr, [](const ChannelReply&) {});
+      : host_([this] { host_.call("cancelJob", nullptr); }), progress_(progress) {
+    host_.listen([this](const Value::Map& event) { hear(event); });
   }
 
   /// @return the payload of "jobCompleted".
   Value::Map run(const Value::Map& arguments) {
-    client_.call("startJob", arguments, [this](const ChannelReply& reply) {
-      if (const auto* error = std::get_if<ChannelError>(&reply)) {
-        finish({{"status", "failed"}, {"error", error->message}});
-      }
+    host_.call("startJob", arguments, [this](const ChannelError& error) {
+      finish({{"status", "failed"}, {"error", error.message}});
     });
     if (outcome_.empty()) {
-      loop_.run();
+      host_.loop().run();
     }
     progress_.wipe();
     return outcome_;
@@ -62,14 +50,10 @@ class JobRun {
 
   void finish(Value::Map outcome) {
     outcome_ = std::move(outcome);
-    loop_.quit();
+    host_.loop().quit();
   }
 
-  EventLoop loop_;
-  Interrupt interrupt_;  // before the bridge, whose worker thread must not take the signals
-  MessengerPair messengers_;
-  Bridge bridge_;
-  ChannelClient client_;
+  HostSession host_;
   ProgressBar progress_;
   Value::Map outcome_;
 };

@@ -7,9 +7,11 @@ const char* const versionText = "tolvane " TOLVANE_VERSION "\n";
 const char* const helpText = R"(usage: tolvane COMMAND [OPTION]... [FILE]...
 
   inspect FILE...          what each file is, or why it is refused
+  offers FILE...           every conversion and tool for the files, and what each still needs
   action ACTION FILE...    run one action:
                              pdf_png pdf_jpeg rotate_pdf merge_pdf split_pdf edit_pdf
                              extract_text ocr image_png image_jpeg images_pdf resize
+  engines                  which outside engines were found, and how they are confined
   host                     speak JSON-RPC on standard input and output
 
   --out DIR                where results go; otherwise beside the first file

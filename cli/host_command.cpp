@@ -7,11 +7,8 @@
 #include <string_view>
 #include <unistd.h>
 
-#include "bridge/bridge.h"
 #include "bridge/json_rpc_host.h"
-#include "bridge/unavailable_services.h"
-#include "cli/interrupt.h"
-#include "platform/threads/event_loop.h"
+#include "cli/host_session.h"
 
 namespace tolvane {
 
@@ -59,15 +56,13 @@ ExitStatus hostCommand(const Arguments& arguments) {
   if (!arguments.operands.empty()) {
     throw UsageError("The host takes no files; they come over the channel.");
   }
-  EventLoop loop;
   JsonRpcHost* listening = nullptr;
-  // Before the bridge, whose worker thread must not take the signals.
-  const Interrupt interrupt(loop, [&] { listening->endOfInput(); });
-  MessengerPair messengers;
-  Bridge bridge(messengers.host(), loop, unavailableServices(), ConversionEngine());
-  JsonRpcHost host(bridge, messengers.interface(), writeLine, [&loop] { loop.quit(); });
+  HostSession session([&listening] { listening->endOfInput(); });
+  JsonRpcHost host(
+      session.bridge(), session.messenger(), writeLine, [&session] { session.loop().quit(); });
   listening = &host;
   LineReader input(STDIN_FILENO);
+  EventLoop& loop = session.loop();
   loop.watch(STDIN_FILENO, [&] {
     if (!input.read([&host](std::string_view line) { host.receive(line); })) {
       loop.unwatch(STDIN_FILENO);

@@ -24,7 +24,7 @@ class Interrupt {
 
   EventLoop& loop_;
   std::function<void()> interrupted_;
-  int descriptor_;  // signalfd, owned
+  int descriptor_ = -1;  // signalfd, owned
 };
 
 }  // namespace tolvane

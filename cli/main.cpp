@@ -7,10 +7,12 @@
 
 #include "cli/action_command.h"
 #include "cli/arguments.h"
+#include "cli/engines_command.h"
 #include "cli/exit_status.h"
 #include "cli/help.h"
 #include "cli/host_command.h"
 #include "cli/inspect_command.h"
+#include "cli/offers_command.h"
 
 namespace {
 
@@ -29,8 +31,10 @@ ExitStatus run(const Arguments& arguments) {
   }
   using Command = ExitStatus (*)(const Arguments&);
   const std::map<std::string, Command> commands = {{"action", tolvane::actionCommand},
+                                                   {"engines", tolvane::enginesCommand},
                                                    {"host", tolvane::hostCommand},
-                                                   {"inspect", tolvane::inspectCommand}};
+                                                   {"inspect", tolvane::inspectCommand},
+                                                   {"offers", tolvane::offersCommand}};
   const auto found = commands.find(arguments.command);
   if (found == commands.end()) {
     throw UsageError(arguments.command.empty() ? "Name a command."

@@ -18,7 +18,7 @@ ALLOWED = {
     "engine": {"platform", "engine/primitives", "formats"},
     "catalog": {"platform", "engine/primitives", "universal/toolchain"},
     "universal": {"platform", "engine/primitives", "universal/toolchain", "formats", "engine", "catalog"},
-    "bridge": {"platform", "engine/primitives", "engine", "universal", "catalog", "desktop"},
+    "bridge": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "desktop"},
     "interface": {"engine/primitives", "bridge"},
     "cli": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "bridge"},
     "app": {"platform", "engine/primitives", "engine", "universal", "bridge", "desktop", "interface"},

@@ -1,0 +1,50 @@
+#include "cli/engines_command.h"
+
+#include <fmt/format.h>
+
+#include "bridge/value_json.h"
+#include "universal/toolchain/engine_report.h"
+
+namespace tolvane {
+
+namespace {
+
+Value json(const EngineReport& report) {
+  Value::List engines;
+  for (const EngineStatus& engine : report.engines) {
+    engines.emplace_back(Value::Map{{"name", engine.name},
+                                    {"path", engine.path ? Value(engine.path->string()) : Value()},
+                                    {"version", engine.version},
+                                    {"packages", engine.packages}});
+  }
+  return Value::Map{{"engines", std::move(engines)}, {"confinement", report.confinement}};
+}
+
+std::string stateOf(const EngineStatus& engine) {
+  if (engine.path) {
+    return engine.version.empty() ? engine.path->string()
+                                  : fmt::format("{} ({})", engine.path->string(), engine.version);
+  }
+  return engine.packages.empty() ? "does not exist on this system"
+                                 : fmt::format("not found; install {}", engine.packages);
+}
+
+}  // namespace
+
+ExitStatus enginesCommand(const Arguments& arguments) {
+  if (!arguments.operands.empty()) {
+    throw UsageError("The list of engines takes no files.");
+  }
+  const EngineReport report = EngineReport::make(LocalToolchain());
+  if (arguments.json) {
+    fmt::print("{}\n", ValueJson::write(json(report)));
+    return ExitStatus::done;
+  }
+  for (const EngineStatus& engine : report.engines) {
+    fmt::print("{:<10} {}\n", engine.name, stateOf(engine));
+  }
+  fmt::print("\n{}\n", report.confinement);
+  return ExitStatus::done;
+}
+
+}  // namespace tolvane

@@ -1,0 +1,91 @@
+#include "cli/offers_command.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <fmt/format.h>
+
+#include "bridge/value_json.h"
+#include "cli/host_session.h"
+
+namespace tolvane {
+
+namespace {
+
+/// Hands the files to the host like a drop and waits for its answer.
+Value::Map resolve(const std::vector<std::string>& files) {
+  HostSession host;
+  Value::Map resolved;
+  int heard = 0;
+  host.listen([&](const Value::Map& event) {
+    // The first event empties the old selection, the second is the answer.
+    if (valueAt(event, "type") == Value("selectionResolved") && ++heard == 2) {
+      resolved = event;
+      host.loop().quit();
+    }
+  });
+  host.bridge().select({files.begin(), files.end()});
+  if (resolved.empty()) {
+    host.loop().run();
+  }
+  return resolved;
+}
+
+void printField(const Value& field) {
+  fmt::print("      {} = {}   {}\n",
+             *field["key"].text(),
+             ValueJson::write(field["default"]),
+             *field["label"].text());
+}
+
+void printOffer(const Value& offer, std::string_view idPrefix) {
+  const std::string name = offer["id"].text()->substr(idPrefix.size());
+  fmt::print("  {:<10} {} ({})\n", name, *offer["title"].text(), *offer["summary"].text());
+  for (const char* key : {"requirement", "warning"}) {
+    if (const std::string* text = offer[key].text(); !text->empty()) {
+      fmt::print("      {}\n", *text);
+    }
+  }
+  for (const Value& field : *offer["fields"].list()) {
+    printField(field);
+  }
+}
+
+void printOffers(const char* title, const Value& offers, std::string_view idPrefix) {
+  if (offers.list() == nullptr || offers.list()->empty()) {
+    return;
+  }
+  fmt::print("\n{}\n", title);
+  for (const Value& offer : *offers.list()) {
+    printOffer(offer, idPrefix);
+  }
+}
+
+void print(const Value::Map& resolved) {
+  for (const Value& file : *valueAt(resolved, "files").list()) {
+    fmt::print("{}: {}, {}\n", *file["path"].text(), *file["kind"].text(), *file["detail"].text());
+  }
+  if (const std::string& message = *valueAt(resolved, "message").text(); !message.empty()) {
+    fmt::print(stderr, "{}\n", message);
+  }
+  printOffers("Conversions", valueAt(resolved, "formats"), "convert.");
+  printOffers("Tools", valueAt(resolved, "tools"), "tool.");
+}
+
+}  // namespace
+
+ExitStatus offersCommand(const Arguments& arguments) {
+  Value::Map resolved = resolve(namedFiles(arguments, 0));
+  const bool isComplete = valueAt(resolved, "message") == Value("");
+  if (arguments.json) {
+    resolved.erase("type");
+    resolved.erase("version");
+    fmt::print("{}\n", ValueJson::write(resolved));
+  } else {
+    print(resolved);
+  }
+  return isComplete ? ExitStatus::done : ExitStatus::failed;
+}
+
+}  // namespace tolvane
