@@ -21,12 +21,14 @@ Value json(const EngineReport& report) {
 }
 
 std::string stateOf(const EngineStatus& engine) {
-  if (engine.path) {
-    return engine.version.empty() ? engine.path->string()
-                                  : fmt::format("{} ({})", engine.path->string(), engine.version);
+  if (engine.packages.empty()) {
+    return "does not exist on this system";
   }
-  return engine.packages.empty() ? "does not exist on this system"
-                                 : fmt::format("not found; install {}", engine.packages);
+  if (!engine.path) {
+    return fmt::format("not found; the package {} brings it", engine.packages);
+  }
+  const std::string version = engine.version.empty() ? "unknown" : engine.version;
+  return fmt::format("{}, version {}, package {}", engine.path->string(), version, engine.packages);
 }
 
 }  // namespace

@@ -1,0 +1,82 @@
+#include "cli/arguments.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/job_settings.h"
+#include "tests/support/failure_text.h"
+
+namespace tolvane {
+namespace {
+
+using support::failureText;
+using ::testing::ElementsAre;
+using ::testing::Pair;
+
+TEST(ArgumentsTest, TakesOptionsAnywhereUntilTheyAreEnded) {
+  const Arguments arguments = Arguments::parse({"--quiet",
+                                                "action",
+                                                "split_pdf",
+                                                "--out=/results",
+                                                "a.pdf",
+                                                "--set",
+                                                "range=1=2",
+                                                "--json",
+                                                "--",
+                                                "--help"});
+  EXPECT_EQ(arguments.command, "action");
+  EXPECT_THAT(arguments.operands, ElementsAre("split_pdf", "a.pdf", "--help"));
+  EXPECT_EQ(arguments.out, "/results");
+  EXPECT_THAT(arguments.settings, ElementsAre(Pair("range", "1=2")));
+  EXPECT_TRUE(arguments.quiet && arguments.json);
+  EXPECT_FALSE(arguments.help);
+}
+
+struct UsageCase {
+  std::vector<std::string> words;
+  const char* expected;
+};
+void PrintTo(const UsageCase& c, std::ostream* out) {
+  *out << ::testing::PrintToString(c.words);
+}
+
+class UsageTest : public testing::TestWithParam<UsageCase> {};
+
+TEST_P(UsageTest, SaysWhatIsWrong) {
+  EXPECT_EQ(failureText([] { return actionOptions(Arguments::parse(GetParam().words)); }),
+            GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Words,
+    UsageTest,
+    testing::Values(
+        UsageCase{{"--wrong"}, "There is no option --wrong."},
+        UsageCase{{"--json=1"}, "There is no option --json=1."},
+        UsageCase{{"--out"}, "The option --out needs a value."},
+        UsageCase{{"--set", "range"}, "Write --set KEY=VALUE, not --set range."},
+        UsageCase{{"--set", "colour=1"}, "No action has an option colour."},
+        UsageCase{{"--set", "quality=high"}, "The option quality needs a number such as 0.8."},
+        UsageCase{{"--set", "pages={}"}, "The option pages needs a list such as [2,0]."}));
+
+TEST(JobSettingsTest, GivesEachOptionItsType) {
+  const Arguments arguments = Arguments::parse({"--set",
+                                                "range=3",
+                                                "--set",
+                                                "quality=0.5",
+                                                "--set",
+                                                "maxDimension=800",
+                                                "--set",
+                                                "pages=[2,0]",
+                                                "--set",
+                                                R"(rotations={"2":90})"});
+  EXPECT_EQ(Value(actionOptions(arguments)),
+            Value(Value::Map{{"range", "3"},
+                             {"quality", 0.5},
+                             {"maxDimension", 800},
+                             {"pages", Value::List{2, 0}},
+                             {"rotations", Value::Map{{"2", 90}}}}));
+}
+
+}  // namespace
+}  // namespace tolvane

@@ -1,0 +1,187 @@
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/eventually.h"
+#include "tests/support/pdf_builder.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+namespace {
+
+using support::contentOf;
+using support::eventually;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+/// The built program, run like a user does, with its streams in files.
+class ProgramTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::create_directory(results());
+    makePdf("a.pdf", 2);
+  }
+
+  [[nodiscard]] std::filesystem::path results() const { return folder_ / "results"; }
+
+  void makePdf(const char* name, int pages) {
+    support::PdfBuilder builder;
+    for (int page = 0; page < pages; ++page) {
+      builder.page({.text = "Page"});
+    }
+    builder.write(folder_ / name);
+  }
+
+  pid_t start(std::vector<std::string> words, const std::string& input = "") {
+    folder_.write("in", input);
+    posix_spawn_file_actions_t actions = {};
+    ::posix_spawn_file_actions_init(&actions);
+    const auto open = [&](int descriptor, const char* name, int flags) {
+      ::posix_spawn_file_actions_addopen(
+          &actions, descriptor, (folder_ / name).c_str(), flags, 0600);
+    };
+    open(STDIN_FILENO, "in", O_RDONLY);
+    open(STDOUT_FILENO, "out", O_WRONLY | O_CREAT | O_TRUNC);
+    open(STDERR_FILENO, "err", O_WRONLY | O_CREAT | O_TRUNC);
+    words.insert(words.begin(), TOLVANE_PROGRAM);
+    std::vector<char*> pointers;
+    for (std::string& word : words) {
+      pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+    pid_t process = 0;
+    EXPECT_EQ(::posix_spawn(&process, TOLVANE_PROGRAM, &actions, nullptr, pointers.data(), environ),
+              0);
+    ::posix_spawn_file_actions_destroy(&actions);
+    return process;
+  }
+
+  /// @return the exit status, or minus the signal that ended the process.
+  static int finish(pid_t process) {
+    int status = 0;
+    ::waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+  }
+
+  int run(std::vector<std::string> words, const std::string& input = "") {
+    return finish(start(std::move(words), input));
+  }
+
+  /// Starts a job that takes seconds and waits until it has begun to write.
+  pid_t startLongJob() {
+    makePdf("long.pdf", 400);
+    const pid_t process =
+        start({"action", "pdf_png", path("long.pdf"), "--out", results().string()});
+    const bool hasBegun = eventually([this] {
+      for (const auto& entry : std::filesystem::recursive_directory_iterator(results())) {
+        if (entry.is_regular_file()) {
+          return true;
+        }
+      }
+      return false;
+    });
+    EXPECT_TRUE(hasBegun);
+    return process;
+  }
+
+  [[nodiscard]] std::vector<std::string> resultNames() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(results())) {
+      names.push_back(entry.path().filename().string());
+    }
+    return names;
+  }
+
+  [[nodiscard]] std::string path(const char* name) const { return (folder_ / name).string(); }
+  [[nodiscard]] std::string out() const { return contentOf(folder_ / "out"); }
+  [[nodiscard]] std::string err() const { return contentOf(folder_ / "err"); }
+
+  support::TemporaryFolder folder_;
+};
+
+TEST_F(ProgramTest, PrintsResultsOnePathALine) {
+  EXPECT_EQ(run({"action", "pdf_jpeg", path("a.pdf"), "--out", results().string()}), 0);
+  EXPECT_EQ(out(),
+            (results() / "a-page-1.jpg\n").string() + (results() / "a-page-2.jpg\n").string());
+  EXPECT_EQ(err(), "");
+}
+
+TEST_F(ProgramTest, MakesTheFolderOfResultsAndTakesItBackAfterAFailure) {
+  const std::string fresh = path("fresh");
+  EXPECT_EQ(run({"action", "split_pdf", path("a.pdf"), "--out", fresh, "--set", "range=9"}), 1);
+  EXPECT_EQ(err(), "Use page ranges such as 1-3, 5 within this document.\n");
+  EXPECT_FALSE(std::filesystem::exists(fresh));
+  EXPECT_EQ(run({"action", "split_pdf", path("a.pdf"), "--out", fresh}), 0);
+  EXPECT_EQ(out(), fresh + "/a-split.pdf\n");
+}
+
+TEST_F(ProgramTest, PrintsJson) {
+  EXPECT_EQ(run({"--json", "action", "resize", path("a.pdf")}), 1);
+  EXPECT_THAT(out(),
+              AllOf(HasSubstr(R"("status":"failed")"),
+                    HasSubstr(R"("error":"All selected files must be images for this action.")")));
+  EXPECT_EQ(run({"inspect", "--json", path("a.pdf"), path("missing")}), 1);
+  EXPECT_THAT(out(), AllOf(HasSubstr(R"("detail":"2 pages · PDF")"), HasSubstr(R"("error":)")));
+}
+
+TEST_F(ProgramTest, TellsWrongUsageFromFailure) {
+  EXPECT_EQ(run({}), 2);
+  EXPECT_EQ(run({"convrt"}), 2);
+  EXPECT_EQ(err(), "There is no command convrt. See tolvane --help.\n");
+  EXPECT_EQ(run({"action", "pdf_png"}), 2);
+  EXPECT_EQ(run({"inspect", path("missing")}), 1);
+}
+
+TEST_F(ProgramTest, ListsOffers) {
+  EXPECT_EQ(run({"offers", path("a.pdf")}), 0);
+  EXPECT_THAT(out(), AllOf(HasSubstr("Pdf → DOCX · offline"), HasSubstr("Organize pages")));
+  EXPECT_EQ(run({"offers", path("a.pdf"), path("missing")}), 1);
+  EXPECT_THAT(err(), StartsWith("1 file(s) unavailable. "));
+}
+
+TEST_F(ProgramTest, InterruptCancelsAndCleansUp) {
+  const pid_t process = startLongJob();
+  ::kill(process, SIGINT);
+  EXPECT_EQ(finish(process), 130);
+  EXPECT_EQ(err(), "Cancelled. Your source files are unchanged.\n");
+  EXPECT_THAT(resultNames(), IsEmpty());
+}
+
+TEST_F(ProgramTest, KilledOutrightLeavesOnlyTheHiddenWorkspaceForTheNextJobToRemove) {
+  const pid_t process = startLongJob();
+  ::kill(process, SIGKILL);
+  EXPECT_EQ(finish(process), -SIGKILL);
+  ASSERT_THAT(resultNames(), ElementsAre(StartsWith(".tolvane-")));
+  // A workspace that has just been made is left alone, whoever made it.
+  std::filesystem::last_write_time(
+      results() / resultNames().front(),
+      std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2));
+  EXPECT_EQ(run({"action", "rotate_pdf", path("a.pdf"), "--out", results().string()}), 0);
+  EXPECT_THAT(resultNames(), ElementsAre("a-rotated.pdf"));
+}
+
+TEST_F(ProgramTest, HostSpeaksJsonRpcUntilTheEndOfInput) {
+  const std::string input =
+      R"({"jsonrpc":"2.0","id":1,"method":"ready"})"
+      "\n"
+      R"({"jsonrpc":"2.0","id":2,"method":"host.select","params":{"paths":[")" +
+      path("a.pdf") + "\"]}}\n";
+  EXPECT_EQ(run({"host"}, input), 0);
+  EXPECT_THAT(out(),
+              AllOf(HasSubstr(R"("id":1)"),
+                    HasSubstr(R"({"id":2,"jsonrpc":"2.0","result":null})"),
+                    HasSubstr(R"("detail":"2 pages · PDF")")));
+}
+
+}  // namespace
+}  // namespace tolvane
