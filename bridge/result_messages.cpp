@@ -17,7 +17,8 @@ std::vector<std::string> pathsIn(const Value::Map& arguments) {
 std::vector<std::filesystem::path> absolutePathsIn(const Value::Map& arguments) {
   std::vector<std::filesystem::path> absolute;
   for (const std::string& path : pathsIn(arguments)) {
-    if (path.starts_with('/')) {
+    // A NUL would end the name there and reach another file.
+    if (path.starts_with('/') && path.find('\0') == std::string::npos) {
       absolute.emplace_back(path);
     }
   }

@@ -1,6 +1,5 @@
 #include "cli/action_command.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -9,9 +8,13 @@
 #include <fmt/format.h>
 
 #include "bridge/value_json.h"
+#include "cli/console.h"
 #include "cli/host_session.h"
 #include "cli/job_settings.h"
 #include "cli/progress_bar.h"
+#include "engine/primitives/conversion_failure.h"
+#include "platform/files/file_names.h"
+#include "platform/files/platform_error.h"
 
 namespace tolvane {
 
@@ -62,9 +65,12 @@ class JobRun {
 class OutputFolder {
  public:
   explicit OutputFolder(const std::optional<std::filesystem::path>& folder) {
-    std::error_code ignored;
-    if (folder && !std::filesystem::exists(*folder, ignored)) {
-      std::filesystem::create_directory(*folder);
+    std::error_code error;
+    if (folder && !std::filesystem::exists(*folder, error)) {
+      std::filesystem::create_directory(*folder, error);
+      if (error) {
+        throw PlatformError::fromErrno("create", *folder, error.value());
+      }
       made_ = *folder;
     }
   }
@@ -83,6 +89,9 @@ class OutputFolder {
 Value::Map jobArguments(const Arguments& arguments) {
   Value::List inputs;
   for (const std::string& file : namedFiles(arguments, 1)) {
+    if (FileNames::isAddress(file)) {
+      throw ConversionFailure::message("Choose a local file.");
+    }
     inputs.emplace_back(file);
   }
   Value::Map job = {{"id", "1"},
@@ -98,11 +107,11 @@ Value::Map jobArguments(const Arguments& arguments) {
 void printOutcome(const Value::Map& outcome) {
   if (const Value::List* outputs = valueAt(outcome, "outputs").list()) {
     for (const Value& output : *outputs) {
-      fmt::print("{}\n", *output.text());
+      Console::print(fmt::format("{}\n", *output.text()));
     }
   }
   if (const std::string* error = valueAt(outcome, "error").text()) {
-    fmt::print(stderr, "{}\n", *error);
+    Console::say(fmt::format("{}\n", *error));
   }
 }
 
@@ -110,7 +119,7 @@ void printJson(Value::Map outcome) {
   for (const char* key : {"type", "version", "id"}) {
     outcome.erase(key);
   }
-  fmt::print("{}\n", ValueJson::write(outcome));
+  Console::print(fmt::format("{}\n", ValueJson::write(outcome)));
 }
 
 ExitStatus statusOf(const Value::Map& outcome) {

@@ -2,7 +2,6 @@
 
 #include <map>
 
-#include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_names.h"
 
 namespace tolvane {
@@ -11,6 +10,13 @@ namespace {
 
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
+
+fs::path absolutePath(const std::string& word) {
+  if (word.empty()) {
+    throw UsageError("A file name is empty.");
+  }
+  return fs::absolute(word);
+}
 
 /// Reads `--name VALUE` and `--name=VALUE`.
 class OptionReader {
@@ -25,7 +31,7 @@ class OptionReader {
     if (bool* flag = flagNamed(name); flag != nullptr && equals == std::string::npos) {
       *flag = true;
     } else if (name == "--out") {
-      arguments_.out = fs::absolute(value(name, equals, index));
+      arguments_.out = absolutePath(value(name, equals, index));
     } else if (name == "--set") {
       readSetting(value(name, equals, index));
     } else {
@@ -97,10 +103,8 @@ Words namedFiles(const Arguments& arguments, std::size_t first) {
   Words files;
   for (std::size_t index = first; index < arguments.operands.size(); ++index) {
     const std::string& operand = arguments.operands[index];
-    if (FileNames::isAddress(operand)) {
-      throw ConversionFailure::message("Choose a local file.");
-    }
-    files.push_back(fs::absolute(operand).string());
+    // An address stays what it is, so that it is refused as one.
+    files.push_back(FileNames::isAddress(operand) ? operand : absolutePath(operand).string());
   }
   return files;
 }

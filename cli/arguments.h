@@ -32,7 +32,8 @@ struct Arguments {
 };
 
 /// Absolute paths of the files named on the command line, which are the operands from `first` on.
-/// @throws UsageError when there is none, ConversionFailure when one is an address.
+/// Addresses ("scheme://...") are left as they are.
+/// @throws UsageError when there is none, or one is empty.
 [[nodiscard]] std::vector<std::string> namedFiles(const Arguments& arguments, std::size_t first);
 
 }  // namespace tolvane

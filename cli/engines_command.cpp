@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "bridge/value_json.h"
+#include "cli/console.h"
 #include "universal/toolchain/engine_report.h"
 
 namespace tolvane {
@@ -39,13 +40,13 @@ ExitStatus enginesCommand(const Arguments& arguments) {
   }
   const EngineReport report = EngineReport::make(LocalToolchain());
   if (arguments.json) {
-    fmt::print("{}\n", ValueJson::write(json(report)));
+    Console::print(fmt::format("{}\n", ValueJson::write(json(report))));
     return ExitStatus::done;
   }
   for (const EngineStatus& engine : report.engines) {
-    fmt::print("{:<10} {}\n", engine.name, stateOf(engine));
+    Console::print(fmt::format("{:<10} {}\n", engine.name, stateOf(engine)));
   }
-  fmt::print("\n{}\n", report.confinement);
+  Console::print(fmt::format("\n{}\n", report.confinement));
   return ExitStatus::done;
 }
 

@@ -2,24 +2,28 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <unistd.h>
 
 #include "bridge/json_rpc_host.h"
+#include "cli/console.h"
 #include "cli/host_session.h"
 
 namespace tolvane {
 
 namespace {
 
+/// Longer lines are not kept; they are answered like lines that cannot be read.
+constexpr std::size_t maxLine = std::size_t{64} << 20;
+
 /// Cuts what arrives on a descriptor into lines.
 class LineReader {
  public:
   explicit LineReader(int descriptor) : descriptor_(descriptor) {}
 
-  /// Reads what is there and calls `line` for each line that is whole.
+  /// Reads what is there and calls `line` for each line that is whole; at the end of input also for
+  /// a last one without a line end.
   /// @return false at the end of input.
   template <typename Line>
   bool read(const Line& line) {
@@ -28,26 +32,44 @@ class LineReader {
     if (count < 0) {
       return errno == EINTR || errno == EAGAIN;
     }
-    pending_.append(buffer.data(), static_cast<std::size_t>(count));
-    std::size_t start = 0;
-    for (std::size_t end = pending_.find('\n'); end != std::string::npos;
-         end = pending_.find('\n', start)) {
-      line(std::string_view(pending_).substr(start, end - start));
-      start = end + 1;
+    std::string_view arrived(buffer.data(), static_cast<std::size_t>(count));
+    for (std::size_t end = arrived.find('\n'); end != std::string_view::npos;
+         end = arrived.find('\n')) {
+      keep(arrived.substr(0, end));
+      arrived.remove_prefix(end + 1);
+      finish(line);
     }
-    pending_.erase(0, start);
+    keep(arrived);
+    if (count == 0 && !pending_.empty()) {
+      finish(line);
+    }
     return count > 0;
   }
 
  private:
+  void keep(std::string_view piece) {
+    isTooLong_ = isTooLong_ || pending_.size() + piece.size() > maxLine;
+    if (!isTooLong_) {
+      pending_ += piece;
+    }
+  }
+
+  template <typename Line>
+  void finish(const Line& line) {
+    line(isTooLong_ ? std::string_view() : std::string_view(pending_));
+    pending_.clear();
+    isTooLong_ = false;
+  }
+
   int descriptor_;  // not owned
   std::string pending_;
+  bool isTooLong_ = false;
 };
 
 void writeLine(const std::string& line) {
-  std::fwrite(line.data(), 1, line.size(), stdout);
-  std::fputc('\n', stdout);
-  std::fflush(stdout);
+  Console::print(line + "\n");
+  // A reader that has gone is noticed at the end.
+  static_cast<void>(Console::flushResults());
 }
 
 }  // namespace
@@ -57,7 +79,11 @@ ExitStatus hostCommand(const Arguments& arguments) {
     throw UsageError("The host takes no files; they come over the channel.");
   }
   JsonRpcHost* listening = nullptr;
-  HostSession session([&listening] { listening->endOfInput(); });
+  ExitStatus status = ExitStatus::done;
+  HostSession session([&listening, &status] {
+    status = ExitStatus::cancelled;
+    listening->endOfInput();
+  });
   JsonRpcHost host(
       session.bridge(), session.messenger(), writeLine, [&session] { session.loop().quit(); });
   listening = &host;
@@ -70,7 +96,7 @@ ExitStatus hostCommand(const Arguments& arguments) {
     }
   });
   loop.run();
-  return ExitStatus::done;
+  return status;
 }
 
 }  // namespace tolvane

@@ -1,10 +1,9 @@
 #include "cli/inspect_command.h"
 
-#include <cstdio>
-
 #include <fmt/format.h>
 
 #include "bridge/value_json.h"
+#include "cli/console.h"
 #include "engine/conversion_engine.h"
 
 namespace tolvane {
@@ -22,9 +21,10 @@ Value judged(const std::string& file) {
 
 void printLine(const std::string& file, const Value& entry) {
   if (const std::string* error = entry["error"].text()) {
-    fmt::print(stderr, "{}: {}\n", file, *error);
+    Console::say(fmt::format("{}: {}\n", file, *error));
   } else {
-    fmt::print("{}: {}, {}\n", file, *entry["kind"].text(), *entry["detail"].text());
+    Console::print(
+        fmt::format("{}: {}, {}\n", file, *entry["kind"].text(), *entry["detail"].text()));
   }
 }
 
@@ -33,10 +33,7 @@ void printLine(const std::string& file, const Value& entry) {
 ExitStatus inspectCommand(const Arguments& arguments) {
   Value::List entries;
   ExitStatus status = ExitStatus::done;
-  if (arguments.operands.empty()) {
-    throw UsageError("Name at least one file.");
-  }
-  for (const std::string& file : arguments.operands) {
+  for (const std::string& file : namedFiles(arguments, 0)) {
     const Value entry = judged(file);
     if (!entry["error"].isNull()) {
       status = ExitStatus::failed;
@@ -48,7 +45,7 @@ ExitStatus inspectCommand(const Arguments& arguments) {
     }
   }
   if (arguments.json) {
-    fmt::print("{}\n", ValueJson::write(entries));
+    Console::print(fmt::format("{}\n", ValueJson::write(entries)));
   }
   return status;
 }

@@ -13,11 +13,15 @@ namespace tolvane {
 
 namespace {
 
+/// The signals that ask a program to end, without those that its caller wants ignored (nohup).
 sigset_t endingSignals() {
   sigset_t signals = {};
   ::sigemptyset(&signals);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-    ::sigaddset(&signals, signal);
+    struct sigaction action = {};
+    if (::sigaction(signal, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+      ::sigaddset(&signals, signal);
+    }
   }
   return signals;
 }
@@ -44,8 +48,10 @@ void Interrupt::take() {
   signalfd_siginfo taken = {};
   [[maybe_unused]] const ssize_t count = ::read(descriptor_, &taken, sizeof taken);
   loop_.unwatch(descriptor_);
-  const sigset_t signals = endingSignals();
-  ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+  sigset_t controlC = {};
+  ::sigemptyset(&controlC);
+  ::sigaddset(&controlC, SIGINT);
+  ::pthread_sigmask(SIG_UNBLOCK, &controlC, nullptr);
   interrupted_();
 }
 

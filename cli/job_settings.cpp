@@ -10,7 +10,7 @@ namespace tolvane {
 
 namespace {
 
-enum class SettingType { number, text, list, map };
+enum class SettingType { number, wholeNumber, text, wholeNumbers, wholeNumbersByPage };
 
 struct Setting {
   std::string_view key;
@@ -20,22 +20,33 @@ struct Setting {
 
 constexpr std::array<Setting, 5> settings = {{
     {"quality", SettingType::number, "a number such as 0.8"},
-    {"maxDimension", SettingType::number, "a whole number such as 1600"},
+    {"maxDimension", SettingType::wholeNumber, "a whole number such as 1600"},
     {"range", SettingType::text, "pages such as 1-3,5"},
-    {"pages", SettingType::list, "a list such as [2,0]"},
-    {"rotations", SettingType::map, "a map such as {\"2\":90}"},
+    {"pages", SettingType::wholeNumbers, "a list such as [2,0]"},
+    {"rotations", SettingType::wholeNumbersByPage, "a map such as {\"2\":90}"},
 }};
+
+/// A flag, which the engines would take for 1 or 0, is no number that somebody meant to type.
+bool isWhole(const Value& value) {
+  return value.integer().has_value() && !value.flag().has_value();
+}
 
 bool fits(const Value& value, SettingType type) {
   switch (type) {
     case SettingType::number:
-      return value.number().has_value();
+      return value.number().has_value() && !value.flag().has_value();
+    case SettingType::wholeNumber:
+      return isWhole(value);
     case SettingType::text:
       return value.text() != nullptr;
-    case SettingType::list:
-      return value.list() != nullptr;
-    case SettingType::map:
-      return value.map() != nullptr;
+    case SettingType::wholeNumbers:
+      return value.list() != nullptr &&
+             std::all_of(value.list()->begin(), value.list()->end(), isWhole);
+    case SettingType::wholeNumbersByPage:
+      return value.map() != nullptr &&
+             std::all_of(value.map()->begin(), value.map()->end(), [](const auto& member) {
+               return isWhole(member.second);
+             });
   }
   return false;
 }

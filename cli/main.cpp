@@ -1,5 +1,4 @@
 #include <csignal>
-#include <cstdio>
 #include <exception>
 #include <map>
 #include <string>
@@ -7,6 +6,7 @@
 
 #include "cli/action_command.h"
 #include "cli/arguments.h"
+#include "cli/console.h"
 #include "cli/engines_command.h"
 #include "cli/exit_status.h"
 #include "cli/help.h"
@@ -22,11 +22,11 @@ using tolvane::UsageError;
 
 ExitStatus run(const Arguments& arguments) {
   if (arguments.version) {
-    std::fputs(tolvane::versionText, stdout);
+    tolvane::Console::print(tolvane::versionText);
     return ExitStatus::done;
   }
   if (arguments.help) {
-    std::fputs(tolvane::helpText, stdout);
+    tolvane::Console::print(tolvane::helpText);
     return ExitStatus::done;
   }
   using Command = ExitStatus (*)(const Arguments&);
@@ -46,15 +46,21 @@ ExitStatus run(const Arguments& arguments) {
 }  // namespace
 
 int main(int count, char** words) {
+  tolvane::Console::claimStreams();
   // A reader that goes away shows as a failed write; it must not end a job half-way.
   std::signal(SIGPIPE, SIG_IGN);
+  ExitStatus status = ExitStatus::failed;
   try {
-    return static_cast<int>(run(Arguments::parse({words + 1, words + count})));
+    status = run(Arguments::parse({words + 1, words + count}));
   } catch (const UsageError& error) {
-    std::fprintf(stderr, "%s See tolvane --help.\n", error.what());
-    return static_cast<int>(ExitStatus::wrongUsage);
+    tolvane::Console::say(std::string(error.what()) + " See tolvane --help.\n");
+    status = ExitStatus::wrongUsage;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return static_cast<int>(ExitStatus::failed);
+    tolvane::Console::say(std::string(error.what()) + "\n");
   }
+  if (!tolvane::Console::flushResults() && status == ExitStatus::done) {
+    tolvane::Console::say("The results could not be written to standard output.\n");
+    status = ExitStatus::failed;
+  }
+  return static_cast<int>(status);
 }

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "bridge/value_json.h"
+#include "cli/console.h"
 #include "cli/host_session.h"
 
 namespace tolvane {
@@ -33,18 +34,19 @@ Value::Map resolve(const std::vector<std::string>& files) {
 }
 
 void printField(const Value& field) {
-  fmt::print("      {} = {}   {}\n",
-             *field["key"].text(),
-             ValueJson::write(field["default"]),
-             *field["label"].text());
+  Console::print(fmt::format("      {} = {}   {}\n",
+                             *field["key"].text(),
+                             ValueJson::write(field["default"]),
+                             *field["label"].text()));
 }
 
 void printOffer(const Value& offer, std::string_view idPrefix) {
   const std::string name = offer["id"].text()->substr(idPrefix.size());
-  fmt::print("  {:<10} {} ({})\n", name, *offer["title"].text(), *offer["summary"].text());
+  Console::print(
+      fmt::format("  {:<10} {} ({})\n", name, *offer["title"].text(), *offer["summary"].text()));
   for (const char* key : {"requirement", "warning"}) {
     if (const std::string* text = offer[key].text(); !text->empty()) {
-      fmt::print("      {}\n", *text);
+      Console::print(fmt::format("      {}\n", *text));
     }
   }
   for (const Value& field : *offer["fields"].list()) {
@@ -56,7 +58,7 @@ void printOffers(const char* title, const Value& offers, std::string_view idPref
   if (offers.list() == nullptr || offers.list()->empty()) {
     return;
   }
-  fmt::print("\n{}\n", title);
+  Console::print(fmt::format("\n{}\n", title));
   for (const Value& offer : *offers.list()) {
     printOffer(offer, idPrefix);
   }
@@ -64,10 +66,11 @@ void printOffers(const char* title, const Value& offers, std::string_view idPref
 
 void print(const Value::Map& resolved) {
   for (const Value& file : *valueAt(resolved, "files").list()) {
-    fmt::print("{}: {}, {}\n", *file["path"].text(), *file["kind"].text(), *file["detail"].text());
+    Console::print(fmt::format(
+        "{}: {}, {}\n", *file["path"].text(), *file["kind"].text(), *file["detail"].text()));
   }
   if (const std::string& message = *valueAt(resolved, "message").text(); !message.empty()) {
-    fmt::print(stderr, "{}\n", message);
+    Console::say(fmt::format("{}\n", message));
   }
   printOffers("Conversions", valueAt(resolved, "formats"), "convert.");
   printOffers("Tools", valueAt(resolved, "tools"), "tool.");
@@ -81,7 +84,7 @@ ExitStatus offersCommand(const Arguments& arguments) {
   if (arguments.json) {
     resolved.erase("type");
     resolved.erase("version");
-    fmt::print("{}\n", ValueJson::write(resolved));
+    Console::print(fmt::format("{}\n", ValueJson::write(resolved)));
   } else {
     print(resolved);
   }

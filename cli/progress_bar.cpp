@@ -1,11 +1,12 @@
 #include "cli/progress_bar.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <string>
 #include <unistd.h>
 
 #include <fmt/format.h>
+
+#include "cli/console.h"
 
 namespace tolvane {
 
@@ -23,15 +24,13 @@ void ProgressBar::show(long completed, long total) {
   constexpr long width = 40;
   const auto filled = static_cast<std::size_t>(std::clamp(completed * width / total, 0L, width));
   const std::string bar = std::string(filled, '#') + std::string(width - filled, '.');
-  fmt::print(stderr, "\r[{}] {}/{}", bar, completed, total);
-  std::fflush(stderr);
+  Console::say(fmt::format("\r[{}] {}/{}", bar, completed, total));
   isDrawn_ = true;
 }
 
 void ProgressBar::wipe() {
   if (isDrawn_) {
-    fmt::print(stderr, "\r\033[K");
-    std::fflush(stderr);
+    Console::say(fmt::format("\r\033[K"));
     isDrawn_ = false;
   }
 }

@@ -3,6 +3,7 @@
 #include "engine/native_job.h"
 #include "engine/primitives/conversion_failure.h"
 #include "engine/rendering.h"
+#include "platform/files/file_system.h"
 
 namespace tolvane {
 
@@ -44,7 +45,7 @@ std::vector<fs::path> ConversionEngine::run(const Job& job) const {
 }
 
 Bytes ConversionEngine::thumbnail(const fs::path& url, std::int64_t index) const {
-  return preview(*pdf(url), index);
+  return preview(*pdf(FileSystem::resolved(url)), index);
 }
 
 }  // namespace tolvane

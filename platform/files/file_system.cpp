@@ -94,6 +94,10 @@ void writeAll(const Descriptor& file, const fs::path& path, BytesView bytes) {
 }  // namespace
 
 fs::path resolved(const fs::path& path) {
+  // The system's calls would end the name there and reach another file.
+  if (const std::size_t end = path.native().find('\0'); end != std::string::npos) {
+    throw PlatformError::fromErrno("read", path.native().substr(0, end), EINVAL);
+  }
   std::error_code ignored;
   const fs::path absolute = fs::absolute(path, ignored);
   fs::path result = fs::weakly_canonical(absolute, ignored);

@@ -17,7 +17,7 @@ struct Attributes {
 };
 
 /// Made absolute, "." and ".." removed, symbolic links followed. A path that does not exist is only
-/// standardized: reading it is what fails.
+/// standardized: reading it is what fails. @throws PlatformError when it holds a NUL.
 [[nodiscard]] std::filesystem::path resolved(const std::filesystem::path& path);
 
 /// Of what the path leads to, links followed.

@@ -57,7 +57,12 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"--set", "range"}, "Write --set KEY=VALUE, not --set range."},
         UsageCase{{"--set", "colour=1"}, "No action has an option colour."},
         UsageCase{{"--set", "quality=high"}, "The option quality needs a number such as 0.8."},
-        UsageCase{{"--set", "pages={}"}, "The option pages needs a list such as [2,0]."}));
+        UsageCase{{"--set", "quality=true"}, "The option quality needs a number such as 0.8."},
+        UsageCase{{"--set", "maxDimension=16.5"},
+                  "The option maxDimension needs a whole number such as 1600."},
+        UsageCase{{"--set", "pages={}"}, "The option pages needs a list such as [2,0]."},
+        UsageCase{{"--set", R"(pages=["a"])"}, "The option pages needs a list such as [2,0]."},
+        UsageCase{{"--out", ""}, "A file name is empty."}));
 
 TEST(JobSettingsTest, GivesEachOptionItsType) {
   const Arguments arguments = Arguments::parse({"--set",

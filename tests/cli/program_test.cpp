@@ -1,4 +1,5 @@
 #include <csignal>
+#include <cstdlib>
 #include <fcntl.h>
 #include <spawn.h>
 #include <string>
@@ -48,10 +49,10 @@ class ProgramTest : public ::testing::Test {
     ::posix_spawn_file_actions_init(&actions);
     const auto open = [&](int descriptor, const char* name, int flags) {
       ::posix_spawn_file_actions_addopen(
-          &actions, descriptor, (folder_ / name).c_str(), flags, 0600);
+          &actions, descriptor, (folder_.path() / name).c_str(), flags, 0600);
     };
     open(STDIN_FILENO, "in", O_RDONLY);
-    open(STDOUT_FILENO, "out", O_WRONLY | O_CREAT | O_TRUNC);
+    open(STDOUT_FILENO, out_, O_WRONLY | O_CREAT | O_TRUNC);
     open(STDERR_FILENO, "err", O_WRONLY | O_CREAT | O_TRUNC);
     words.insert(words.begin(), TOLVANE_PROGRAM);
     std::vector<char*> pointers;
@@ -107,6 +108,7 @@ class ProgramTest : public ::testing::Test {
   [[nodiscard]] std::string err() const { return contentOf(folder_ / "err"); }
 
   support::TemporaryFolder folder_;
+  const char* out_ = "out";  // in the folder, or an absolute path
 };
 
 TEST_F(ProgramTest, PrintsResultsOnePathALine) {
@@ -168,6 +170,27 @@ TEST_F(ProgramTest, KilledOutrightLeavesOnlyTheHiddenWorkspaceForTheNextJobToRem
       std::filesystem::file_time_type::clock::now() - std::chrono::minutes(2));
   EXPECT_EQ(run({"action", "rotate_pdf", path("a.pdf"), "--out", results().string()}), 0);
   EXPECT_THAT(resultNames(), ElementsAre("a-rotated.pdf"));
+}
+
+TEST_F(ProgramTest, InterruptsThatTheCallerIgnoresAreIgnored) {
+  const auto previous = std::signal(SIGHUP, SIG_IGN);  // inherited, as nohup does it
+  const pid_t process = startLongJob();
+  std::signal(SIGHUP, previous);
+  ::kill(process, SIGHUP);
+  EXPECT_EQ(finish(process), 0);
+}
+
+TEST_F(ProgramTest, LostResultsAreAFailure) {
+  out_ = "/dev/full";
+  EXPECT_EQ(run({"action", "rotate_pdf", path("a.pdf"), "--out", results().string()}), 1);
+  EXPECT_EQ(err(), "The results could not be written to standard output.\n");
+}
+
+TEST_F(ProgramTest, HostEndsWithItsInput) {
+  EXPECT_EQ(run({"host"}, R"({"jsonrpc":"2.0","id":1,"method":"hide"})"), 0);
+  EXPECT_EQ(out(), "{\"id\":1,\"jsonrpc\":\"2.0\",\"result\":null}\n");
+  const std::string command = TOLVANE_PROGRAM " host <&-";
+  EXPECT_EQ(std::system(command.c_str()), 0);
 }
 
 TEST_F(ProgramTest, HostSpeaksJsonRpcUntilTheEndOfInput) {
