@@ -103,8 +103,12 @@ Words namedFiles(const Arguments& arguments, std::size_t first) {
   Words files;
   for (std::size_t index = first; index < arguments.operands.size(); ++index) {
     const std::string& operand = arguments.operands[index];
-    // An address stays what it is, so that it is refused as one.
-    files.push_back(FileNames::isAddress(operand) ? operand : absolutePath(operand).string());
+    if (const auto local = FileNames::localPath(operand)) {
+      files.push_back(*local);
+    } else {
+      // An address stays what it is, so that it is refused as one.
+      files.push_back(FileNames::isAddress(operand) ? operand : absolutePath(operand).string());
+    }
   }
   return files;
 }

@@ -32,7 +32,7 @@ struct Arguments {
 };
 
 /// Absolute paths of the files named on the command line, which are the operands from `first` on.
-/// Addresses ("scheme://...") are left as they are.
+/// Addresses of files on this machine ("file:///...") are taken apart, others left as they are.
 /// @throws UsageError when there is none, or one is empty.
 [[nodiscard]] std::vector<std::string> namedFiles(const Arguments& arguments, std::size_t first);
 

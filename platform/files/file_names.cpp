@@ -1,6 +1,7 @@
 #include "platform/files/file_names.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace tolvane::FileNames {
 
@@ -11,6 +12,24 @@ std::size_t extensionDot(const std::string& name) {
   const std::size_t dot = name.rfind('.');
   const bool starts = dot != std::string::npos && dot != 0 && dot + 1 != name.size();
   return starts ? dot : std::string::npos;
+}
+
+/// Undoes percent escapes; a percent sign that starts none stays.
+std::string unescaped(std::string_view text) {
+  std::string result;
+  while (!text.empty()) {
+    unsigned code = 0;
+    const char* digits = text.data() + 1;
+    if (text.size() > 2 && text.front() == '%' &&
+        std::from_chars(digits, digits + 2, code, 16).ptr == digits + 2) {
+      result += static_cast<char>(code);
+      text.remove_prefix(3);
+    } else {
+      result += text.front();
+      text.remove_prefix(1);
+    }
+  }
+  return result;
 }
 
 /// Independent of the locale, unlike std::tolower.
@@ -45,8 +64,22 @@ bool isAddress(std::string_view text) {
     return false;
   }
   const std::string scheme = lower(text.substr(0, colon));
-  return std::all_of(
-      scheme.begin(), scheme.end(), [](char letter) { return letter >= 'a' && letter <= 'z'; });
+  const auto isLetter = [](char sign) { return sign >= 'a' && sign <= 'z'; };
+  // RFC 3986, section 3.1.
+  return isLetter(scheme.front()) &&
+         std::all_of(scheme.begin(), scheme.end(), [&isLetter](char sign) {
+           return isLetter(sign) || (sign >= '0' && sign <= '9') ||
+                  std::string_view("+-.").find(sign) != std::string_view::npos;
+         });
+}
+
+std::optional<std::string> localPath(std::string_view address) {
+  for (const std::string_view start : {"file:///", "file://localhost/"}) {
+    if (lower(address.substr(0, start.size())) == start) {
+      return unescaped(address.substr(start.size() - 1));
+    }
+  }
+  return std::nullopt;
 }
 
 std::string lower(std::string_view text) {

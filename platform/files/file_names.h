@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ namespace tolvane::FileNames {
 
 /// @return whether the text has the form of an address, "scheme://...".
 [[nodiscard]] bool isAddress(std::string_view text);
+/// @return the path in an address of a file on this machine, "file:///home/a%20b"; nullopt for
+/// others.
+[[nodiscard]] std::optional<std::string> localPath(std::string_view address);
 
 [[nodiscard]] std::string lower(std::string_view text);
 [[nodiscard]] std::string upper(std::string_view text);

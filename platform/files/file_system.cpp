@@ -129,8 +129,13 @@ bool isExecutableFile(const fs::path& path) {
 }
 
 Bytes readPrefix(const fs::path& path, std::size_t limit) {
-  const Descriptor file(path, O_RDONLY);
-  const auto size = static_cast<std::size_t>(std::max<off_t>(statusOf(file, path).st_size, 0));
+  // Not to be kept waiting by a pipe that took the file's place.
+  const Descriptor file(path, O_RDONLY | O_NONBLOCK);
+  const struct stat status = statusOf(file, path);
+  if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
+    throw PlatformError("Could not read " + path.string() + ": it is no regular file.");
+  }
+  const auto size = static_cast<std::size_t>(std::max<off_t>(status.st_size, 0));
   // One byte more than the size said, so that the end of the file is met (files of the kernel say 0
   // whatever they hold), and the error of a folder, whose size may be 0.
   std::size_t wanted = std::min(std::max(size + 1, std::size_t{4096}), limit);

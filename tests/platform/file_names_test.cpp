@@ -42,5 +42,31 @@ TEST(FileNames, ChangeTheCaseOfAsciiOnly) {
   EXPECT_EQ(FileNames::upper("`az{AZ[äö"), "`AZ{AZ[äö");
 }
 
+struct AddressCase {
+  const char* text;
+  bool isAddress;
+  std::optional<std::string> localPath;
+};
+void PrintTo(const AddressCase& c, std::ostream* out) {
+  *out << c.text;
+}
+
+class AddressTest : public testing::TestWithParam<AddressCase> {};
+TEST_P(AddressTest, IsToldFromAPath) {
+  EXPECT_EQ(FileNames::isAddress(GetParam().text), GetParam().isAddress);
+  EXPECT_EQ(FileNames::localPath(GetParam().text), GetParam().localPath);
+}
+INSTANTIATE_TEST_SUITE_P(All,
+                         AddressTest,
+                         testing::Values(AddressCase{"https://host/a.pdf", true, {}},
+                                         AddressCase{"s3://bucket/a.pdf", true, {}},
+                                         AddressCase{"file:///home/a%20b%", true, "/home/a b%"},
+                                         AddressCase{"FILE://localhost/a", true, "/a"},
+                                         AddressCase{"file://elsewhere/a", true, {}},
+                                         AddressCase{"/a://b", false, {}},
+                                         AddressCase{"://a", false, {}},
+                                         AddressCase{"3d://a", false, {}},
+                                         AddressCase{"file:/a", false, {}}));
+
 }  // namespace
 }  // namespace tolvane

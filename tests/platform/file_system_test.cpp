@@ -18,9 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 using support::contentOf;
+using support::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using support::TemporaryFolder;
 
 Bytes bytesOf(std::string_view text) {
   return {text.begin(), text.end()};
@@ -58,6 +58,9 @@ TEST(Attributes, DescribeWhatALinkLeadsTo) {
 TEST(Reading, StopsAtTheLimitAndAtTheEnd) {
   const TemporaryFolder folder;
   const fs::path file = folder.write("file", "abcdef");
+  const auto pipe = folder / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_THROW(static_cast<void>(FileSystem::readPrefix(pipe, 4)), PlatformError);
   EXPECT_EQ(FileSystem::readPrefix(file, 0), bytesOf(""));
   EXPECT_EQ(FileSystem::readPrefix(file, 4), bytesOf("abcd"));
   EXPECT_EQ(FileSystem::readPrefix(file, 6), bytesOf("abcdef"));

@@ -20,14 +20,20 @@ bool sameContent(const struct stat& left, const struct stat& right) {
 }  // namespace
 
 SourceFile::SourceFile(std::filesystem::path path)
-    : path_(std::move(path)), descriptor_(::open(path_.c_str(), O_RDONLY | O_CLOEXEC)) {
+    // Not to be kept waiting by a pipe that took the file's place.
+    : path_(std::move(path)),
+      descriptor_(::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
   if (descriptor_ < 0) {
     throw PlatformError::fromErrno("open", path_, errno);
   }
   if (::fstat(descriptor_, &opened_) != 0) {
     const int code = errno;
     ::close(descriptor_);
-    throw PlatformError::fromErrno("stat", path_, code);
+    throw PlatformError::fromErrno("read", path_, code);
+  }
+  if (!S_ISREG(opened_.st_mode)) {
+    ::close(descriptor_);
+    throw PlatformError("Could not read " + path_.string() + ": it is no regular file.");
   }
 }
 
@@ -56,7 +62,7 @@ void SourceFile::checkUnchanged() const {
   }
   struct stat now {};
   if (::stat(path_.c_str(), &now) != 0) {
-    throw PlatformError::fromErrno("stat", path_, errno);
+    throw PlatformError::fromErrno("read", path_, errno);
   }
   if (!sameContent(opened_, now)) {
     throw PlatformError("read " + name() + ": the file changed after it was opened");
