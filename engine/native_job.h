@@ -38,7 +38,7 @@ struct NativeJob {
 
   /// Stages a picture as the action's kind of file, which its extension says.
   /// @param stem the final name up to the extension.
-  /// @throws ConversionFailure
+  /// @throws ConversionFailure, PlatformError
   void stagePicture(const std::string& stem, const Bitmap& picture);
 
   /// Stages a PDF after opening it once more to see that it holds every page.
