@@ -1,7 +1,6 @@
 #include "engine/image_actions.h"
 
 #include <memory>
-#include <string>
 
 #include "engine/native_job.h"
 #include "engine/primitives/conversion_failure.h"
@@ -29,14 +28,6 @@ void appendPicture(PdfComposer& combined,
   }
 }
 
-void stagePicture(NativeJob& job, const FileInfo& file, const Bitmap& picture) {
-  const ImageFormat format =
-      job.action == NativeAction::imageJpeg ? ImageFormat::jpeg : ImageFormat::png;
-  const std::string extension = format == ImageFormat::jpeg ? ".jpg" : ".png";
-  job.staged.stage(encode(picture, format, job.options.quality),
-                   FileNames::stem(file.url) + extension);
-}
-
 }  // namespace
 
 void runImageAction(NativeJob& job) {
@@ -53,7 +44,7 @@ void runImageAction(NativeJob& job) {
     if (combined) {
       appendPicture(*combined, file.url, picture);
     } else {
-      stagePicture(job, file, picture);
+      job.stagePicture(FileNames::stem(file.url), picture);
     }
     job.work.advance();
   }

@@ -2,32 +2,45 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace tolvane {
 
+namespace {
+
+struct Entry {
+  std::string_view id;
+  NativeAction action;
+  FileKind inputs;
+};
+
+constexpr std::array<Entry, 12> actions = {{
+    {"pdf_png", NativeAction::pdfPng, FileKind::pdf},
+    {"pdf_jpeg", NativeAction::pdfJpeg, FileKind::pdf},
+    {"rotate_pdf", NativeAction::rotatePdf, FileKind::pdf},
+    {"merge_pdf", NativeAction::mergePdf, FileKind::pdf},
+    {"split_pdf", NativeAction::splitPdf, FileKind::pdf},
+    {"edit_pdf", NativeAction::editPdf, FileKind::pdf},
+    {"extract_text", NativeAction::extractText, FileKind::pdf},
+    {"ocr", NativeAction::ocr, FileKind::pdf},
+    {"image_png", NativeAction::imagePng, FileKind::image},
+    {"image_jpeg", NativeAction::imageJpeg, FileKind::image},
+    {"images_pdf", NativeAction::imagesPdf, FileKind::image},
+    {"resize", NativeAction::resize, FileKind::image},
+}};
+
+}  // namespace
+
 std::optional<NativeAction> nativeAction(std::string_view id) {
-  constexpr std::array<std::pair<std::string_view, NativeAction>, 12> actions = {{
-      {"pdf_png", NativeAction::pdfPng},
-      {"pdf_jpeg", NativeAction::pdfJpeg},
-      {"rotate_pdf", NativeAction::rotatePdf},
-      {"merge_pdf", NativeAction::mergePdf},
-      {"split_pdf", NativeAction::splitPdf},
-      {"edit_pdf", NativeAction::editPdf},
-      {"extract_text", NativeAction::extractText},
-      {"ocr", NativeAction::ocr},
-      {"image_png", NativeAction::imagePng},
-      {"image_jpeg", NativeAction::imageJpeg},
-      {"images_pdf", NativeAction::imagesPdf},
-      {"resize", NativeAction::resize},
-  }};
   const auto* found = std::find_if(
-      actions.begin(), actions.end(), [id](const auto& action) { return action.first == id; });
-  return found != actions.end() ? std::optional(found->second) : std::nullopt;
+      actions.begin(), actions.end(), [id](const Entry& entry) { return entry.id == id; });
+  return found != actions.end() ? std::optional(found->action) : std::nullopt;
 }
 
 FileKind inputKind(NativeAction action) {
-  return action < NativeAction::imagePng ? FileKind::pdf : FileKind::image;
+  return std::find_if(actions.begin(),
+                      actions.end(),
+                      [action](const Entry& entry) { return entry.action == action; })
+      ->inputs;
 }
 
 }  // namespace tolvane

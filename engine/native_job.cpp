@@ -8,6 +8,7 @@
 #include "engine/job_workspace.h"
 #include "engine/pdf_actions.h"
 #include "engine/primitives/conversion_failure.h"
+#include "engine/rendering.h"
 #include "platform/files/platform_error.h"
 #include "platform/images/image_decoder.h"
 
@@ -84,6 +85,12 @@ void WorkCounter::advance(int units) {
   if (progress_) {
     progress_(completed_, total_);
   }
+}
+
+void NativeJob::stagePicture(const std::string& stem, const Bitmap& picture) {
+  const bool asJpeg = action == NativeAction::pdfJpeg || action == NativeAction::imageJpeg;
+  staged.stage(encode(picture, asJpeg ? ImageFormat::jpeg : ImageFormat::png, options.quality),
+               stem + (asJpeg ? ".jpg" : ".png"));
 }
 
 void NativeJob::stagePdf(const std::string& name, PdfComposer& composer) {

@@ -36,6 +36,11 @@ struct NativeJob {
   WorkCounter work;
   StagedOutputs staged;
 
+  /// Stages a picture as the action's kind of file, which its extension says.
+  /// @param stem the final name up to the extension.
+  /// @throws ConversionFailure, PlatformError
+  void stagePicture(const std::string& stem, const Bitmap& picture);
+
   /// Stages a PDF after opening it once more to see that it holds every page.
   /// @throws ConversionFailure
   void stagePdf(const std::string& name, PdfComposer& composer);

@@ -10,11 +10,7 @@
 
 namespace tolvane {
 
-namespace {
-
 namespace fs = std::filesystem;
-
-}  // namespace
 
 StagedOutputs::StagedOutputs(fs::path workspace, const CancellationToken& token)
     : workspace_(std::move(workspace)), token_(token) {}
@@ -30,7 +26,7 @@ void StagedOutputs::stage(BytesView data, std::string name) {
         "This job exceeds the 1 GB output safety limit. Process fewer pages or files.");
   }
   const fs::path file = workspace_ / FileSystem::newUuid();
-  FileSystem::writeAtomically(file, data);
+  FileSystem::writeAtomically(file, data, name);
   outputs_.push_back({file, std::move(name)});
 }
 
@@ -47,7 +43,7 @@ fs::path promote(const StagedOutput& output,
                  const fs::path& folder,
                  const std::vector<fs::path>& sources) {
   for (int attempt = 0; attempt < Limits::maxNameAttempts; ++attempt) {
-    const fs::path candidate = folder / OutputNames::candidate(output.name, attempt);
+    fs::path candidate = folder / OutputNames::candidate(output.name, attempt);
     if (std::find(sources.begin(), sources.end(), candidate) != sources.end()) {
       continue;
     }
@@ -68,7 +64,9 @@ std::vector<fs::path> placeAll(const std::vector<StagedOutput>& outputs,
                                const fs::path& folder,
                                const std::vector<fs::path>& sources,
                                const CancellationToken& token) {
+  // Room beforehand: a file that is in place must get into the list, or it could not be removed.
   std::vector<fs::path> placed;
+  placed.reserve(outputs.size());
   try {
     for (const StagedOutput& output : outputs) {
       token.check();

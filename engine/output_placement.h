@@ -28,8 +28,7 @@ class StagedOutputs {
 
   /// Writes one result into the workspace.
   /// @throws ConversionFailure when the job is cancelled, `data` is empty, or the job's results
-  /// exceed
-  ///   1 GB; PlatformError when it cannot be written.
+  ///   exceed 1 GB; PlatformError, which calls the file by `name`, when it cannot be written.
   void stage(BytesView data, std::string name);
 
   [[nodiscard]] const std::vector<StagedOutput>& outputs() const { return outputs_; }

@@ -65,6 +65,12 @@ auto onReadablePage(const Step& step) {
   }
 }
 
+/// For every action, so that none fails over the page with a sentence about something else, or
+/// passes over it.
+void requireReadable(PdfDocument& document, int page) {
+  onReadablePage([&] { return document.geometry(page); });
+}
+
 /// @param turn degrees added to the page's own rotation. The remainder keeps the sign of the sum.
 void appendTurned(PdfComposer& output,
                   const std::shared_ptr<PdfDocument>& document,
@@ -93,13 +99,8 @@ std::string recognizedText(NativeJob& job, PdfDocument& document, int page, Bitm
 }
 
 void stagePagePicture(NativeJob& job, const Input& input, int page, Bitmap& bitmap) {
-  const ImageFormat format =
-      job.action == NativeAction::pdfJpeg ? ImageFormat::jpeg : ImageFormat::png;
   render(*input.document, page, renderingScale, bitmap);
-  job.staged.stage(
-      encode(bitmap, format, job.options.quality),
-      fmt::format(
-          "{}-page-{}.{}", input.stem, page + 1, format == ImageFormat::jpeg ? "jpg" : "png"));
+  job.stagePicture(fmt::format("{}-page-{}", input.stem, page + 1), bitmap);
 }
 
 void processPage(NativeJob& job, Input& input, int page, PdfComposer& combined, Bitmap& bitmap) {
@@ -125,18 +126,27 @@ void processPage(NativeJob& job, Input& input, int page, PdfComposer& combined, 
     case NativeAction::ocr:
       input.text += recognizedText(job, *input.document, page, bitmap) + "\n\n";
       break;
-    default:
+    case NativeAction::editPdf:  // takes its pages in an order of its own
+    case NativeAction::imagePng:
+    case NativeAction::imageJpeg:
+    case NativeAction::imagesPdf:
+    case NativeAction::resize:
       break;
   }
 }
 
-void stageText(NativeJob& job, const Input& input, const char* suffix, const char* emptyMessage) {
+struct TextFile {
+  const char* suffix;
+  const char* refusalWhenBlank;
+};
+
+void stageText(NativeJob& job, const Input& input, const TextFile& file) {
   if (isBlank(input.text)) {
-    throw ConversionFailure::message(emptyMessage);
+    throw ConversionFailure::message(file.refusalWhenBlank);
   }
   const BytesView bytes(reinterpret_cast<const std::uint8_t*>(input.text.data()),
                         input.text.size());
-  job.staged.stage(bytes, input.stem + suffix);
+  job.staged.stage(bytes, input.stem + file.suffix);
 }
 
 void finishInput(NativeJob& job, const Input& input) {
@@ -148,12 +158,25 @@ void finishInput(NativeJob& job, const Input& input) {
       job.stagePdf(input.stem + "-split.pdf", *input.output);
       break;
     case NativeAction::extractText:
-      stageText(job, input, "-text.txt", "No selectable text was found. Try Recognize text (OCR).");
+      stageText(job,
+                input,
+                {.suffix = "-text.txt",
+                 .refusalWhenBlank = "No selectable text was found. Try Recognize text (OCR)."});
       break;
     case NativeAction::ocr:
-      stageText(job, input, "-ocr.txt", "No text was recognized. Try a clearer scan.");
+      stageText(job,
+                input,
+                {.suffix = "-ocr.txt",
+                 .refusalWhenBlank = "No text was recognized. Try a clearer scan."});
       break;
-    default:
+    case NativeAction::pdfPng:
+    case NativeAction::pdfJpeg:
+    case NativeAction::mergePdf:
+    case NativeAction::editPdf:
+    case NativeAction::imagePng:
+    case NativeAction::imageJpeg:
+    case NativeAction::imagesPdf:
+    case NativeAction::resize:
       break;
   }
 }
@@ -164,6 +187,7 @@ void processPages(NativeJob& job, Input& input, PdfComposer& combined, Bitmap& b
   input.selected = pageRange(job.options.range, count);
   for (int page = 0; page < count; ++page) {
     job.token.check();
+    requireReadable(*input.document, page);
     processPage(job, input, page, combined, bitmap);
     job.work.advance();
   }
@@ -198,10 +222,11 @@ void editPages(NativeJob& job, const Input& input) {
     job.token.check();
     const auto found = job.options.rotations.find(std::to_string(page));
     const std::int64_t turn = found != job.options.rotations.end() ? found->second : 0;
+    // First, because a page that cannot be read is reported before its rotation.
+    appendTurned(*output, input.document, page, turn);
     if (turn % 90 != 0) {
       throw ConversionFailure::message("Use quarter-turn page rotations.");
     }
-    appendTurned(*output, input.document, page, turn);
   }
   job.stagePdf(input.stem + "-edited.pdf", *output);
   job.work.advance(count);

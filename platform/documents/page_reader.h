@@ -18,6 +18,8 @@ class PageReader {
   PageReader(const PageReader&) = delete;
   PageReader& operator=(const PageReader&) = delete;
 
+  /// As the file states it, which may be wrong.
+  [[nodiscard]] virtual int pageCount() = 0;
   /// As PdfDocument::render, but paints the crop box of a page that has one.
   virtual void render(int page, int width, int height, Bitmap& bitmap) = 0;
   /// As PdfDocument::text.

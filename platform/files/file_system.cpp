@@ -21,20 +21,16 @@ namespace fs = std::filesystem;
 /// An open file, closed when it goes.
 class Descriptor {
  public:
-  Descriptor(const fs::path& path, int flags, mode_t mode = 0)
-      : number_(::open(path.c_str(), flags | O_CLOEXEC, mode)) {
-    if (number_ < 0) {
-      throw PlatformError::fromErrno("open", path, errno);
-    }
-  }
+  explicit Descriptor(int number) : number_(number) {}
   ~Descriptor() {
-    if (number_ >= 0) {
+    if (isOpen()) {
       ::close(number_);
     }
   }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
+  [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   [[nodiscard]] int number() const { return number_; }
 
   /// For written files: some file systems tell only here that they are full.
@@ -47,6 +43,15 @@ class Descriptor {
  private:
   int number_;
 };
+
+Descriptor openedForReading(const fs::path& path) {
+  // Not to be kept waiting by a pipe that took the file's place.
+  const int number = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (number < 0) {
+    throw PlatformError::fromErrno("open", path, errno);
+  }
+  return Descriptor(number);
+}
 
 struct stat statusOf(const Descriptor& file, const fs::path& path) {
   struct stat status = {};
@@ -129,8 +134,7 @@ bool isExecutableFile(const fs::path& path) {
 }
 
 Bytes readPrefix(const fs::path& path, std::size_t limit) {
-  // Not to be kept waiting by a pipe that took the file's place.
-  const Descriptor file(path, O_RDONLY | O_NONBLOCK);
+  const Descriptor file = openedForReading(path);
   const struct stat status = statusOf(file, path);
   if (!S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode)) {
     throw PlatformError("Could not read " + path.string() + ": it is no regular file.");
@@ -158,14 +162,21 @@ Bytes readAll(const fs::path& path) {
 }
 
 void writeAtomically(const fs::path& path, BytesView bytes) {
+  writeAtomically(path, bytes, path);
+}
+
+void writeAtomically(const fs::path& path, BytesView bytes, const fs::path& shownAs) {
   // A name of its own: whatever else stands in the folder is not ours to write to or remove.
   const fs::path temporary = path.parent_path() / ("." + newUuid() + ".part");
-  Descriptor file(temporary, O_WRONLY | O_CREAT | O_EXCL, 0666);
+  Descriptor file(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!file.isOpen()) {
+    throw PlatformError::fromErrno("write", shownAs, errno);
+  }
   try {
-    writeAll(file, path, bytes);
-    file.close(path);
+    writeAll(file, shownAs, bytes);
+    file.close(shownAs);
     if (::rename(temporary.c_str(), path.c_str()) != 0) {
-      throw PlatformError::fromErrno("write", path, errno);
+      throw PlatformError::fromErrno("write", shownAs, errno);
     }
   } catch (...) {
     removeQuietly(temporary);

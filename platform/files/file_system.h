@@ -34,6 +34,10 @@ struct Attributes {
 /// Writes through a temporary sibling and a rename, so that `path` either holds all of `bytes` or
 /// is as it was.
 void writeAtomically(const std::filesystem::path& path, BytesView bytes);
+/// @param shownAs what failures call the file, when its path means nothing to the user.
+void writeAtomically(const std::filesystem::path& path,
+                     BytesView bytes,
+                     const std::filesystem::path& shownAs);
 
 /// Creates one folder, without its parents, with the given permission bits exactly (umask set
 /// aside).

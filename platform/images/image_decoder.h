@@ -23,7 +23,7 @@ struct JpegPhoto {
   int height = 0;
   int components = 3;   ///< 1 or 3
   int orientation = 1;  ///< EXIF orientation, 1 to 8
-  Bytes colorProfile;   ///< ICC; empty when there is none
+  Bytes colorProfile;   ///< ICC, for as many components; empty when there is none
 };
 
 /// Reads raster images: JPEG, PNG, GIF, TIFF, WebP, HEIF and AVIF, JPEG 2000, BMP. What a file is

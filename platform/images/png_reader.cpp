@@ -1,6 +1,7 @@
 #include "platform/images/png_reader.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -139,8 +140,19 @@ std::optional<PixelLayout> plainLayout(BytesView header) {
 
 /// Whether the chunk leaves the pixels, in the sense in which we show them, as they are.
 bool isWithoutEffect(const Chunk& chunk) {
-  constexpr std::string_view known = "sRGB gAMA cHRM pHYs tEXt zTXt iTXt tIME bKGD sBIT sPLT hIST";
-  return known.find(chunk.type) != std::string_view::npos ||
+  constexpr std::array<std::string_view, 12> known = {"sRGB",
+                                                      "gAMA",
+                                                      "cHRM",
+                                                      "pHYs",
+                                                      "tEXt",
+                                                      "zTXt",
+                                                      "iTXt",
+                                                      "tIME",
+                                                      "bKGD",
+                                                      "sBIT",
+                                                      "sPLT",
+                                                      "hIST"};
+  return std::find(known.begin(), known.end(), chunk.type) != known.end() ||
          (chunk.type == "eXIf" && exifOrientation(chunk.content) == 1);
 }
 

@@ -45,9 +45,11 @@ ColorType colorTypeOf(const Bitmap& bitmap) {
       return ColorType::grey;
     case PixelLayout::rgba:
       return ColorType::rgba;
-    default:
-      return isGrey(bitmap) ? ColorType::grey : ColorType::rgb;
+    case PixelLayout::rgb:
+    case PixelLayout::bgrx:
+      break;
   }
+  return isGrey(bitmap) ? ColorType::grey : ColorType::rgb;
 }
 
 /// The rows of a bitmap as PNG holds them, before filtering.

@@ -1,3 +1,4 @@
+#include <functional>
 #include <signal.h>
 #include <sys/resource.h>
 
@@ -72,6 +73,49 @@ TEST_F(JobFaultsTest, JudgesAFileThatWasReplacedAfresh) {
   EXPECT_THAT(failureOf("rotate_pdf", {"a.pdf"}), HasSubstr("This file type is not supported."));
 }
 
+struct ChangeCase {
+  const char* action;
+  const char* label;
+  std::function<void(const std::filesystem::path&)> change;
+};
+void PrintTo(const ChangeCase& c, std::ostream* out) {
+  *out << c.action << ": " << c.label;
+}
+
+class ChangeDuringJobTest : public NativeJobFixture,
+                            public ::testing::WithParamInterface<ChangeCase> {};
+
+TEST_P(ChangeDuringJobTest, EndsTheJobAndLeavesNothing) {
+  makePdf("a.pdf", 5);
+  Job job = {GetParam().action, {sources_ / "a.pdf"}, results_.path(), {}, token_, {}};
+  job.progress = [this](int completed, int) {
+    if (completed == 1) {
+      GetParam().change(sources_ / "a.pdf");
+    }
+  };
+  EXPECT_EQ(support::failureText([&] { return ConversionEngine().run(job); }),
+            "Cannot read this page.");
+  EXPECT_THAT(results_.names(), IsEmpty());
+}
+
+void truncate(const std::filesystem::path& file) {
+  std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
+}
+
+void replace(const std::filesystem::path& file) {
+  const std::filesystem::path other = file.parent_path() / "other.pdf";
+  support::PdfBuilder builder;
+  builder.page({.text = "Another"}).page({.text = "file"}).write(other);
+  std::filesystem::rename(other, file);
+}
+
+INSTANTIATE_TEST_SUITE_P(Actions,
+                         ChangeDuringJobTest,
+                         ::testing::Values(ChangeCase{"pdf_png", "truncated", truncate},
+                                           ChangeCase{"pdf_png", "replaced", replace},
+                                           ChangeCase{"extract_text", "truncated", truncate},
+                                           ChangeCase{"extract_text", "replaced", replace}));
+
 TEST_F(JobFaultsTest, SaysWhatTheSystemSaysOfAFullDisk) {
   makePdf("a.pdf", 3);
   // Stands for a full disk: no file may grow past 1,000 bytes.
@@ -83,7 +127,7 @@ TEST_F(JobFaultsTest, SaysWhatTheSystemSaysOfAFullDisk) {
   const std::string failure = failureOf("pdf_png", {"a.pdf"});
   ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &previous), 0);
   ::signal(SIGXFSZ, previousHandler);
-  EXPECT_THAT(failure, HasSubstr("File too large"));
+  EXPECT_EQ(failure, "Could not write a-page-1.png: File too large.");
   EXPECT_THAT(results_.names(), IsEmpty());
 }
 

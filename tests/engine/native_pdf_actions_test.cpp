@@ -156,5 +156,59 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{
             "image action", "resize", {}, "All selected files must be images for this action."}));
 
+struct UnreadableCase {
+  const char* label;
+  const char* action;
+  Value::Map options;
+};
+void PrintTo(const UnreadableCase& c, std::ostream* out) {
+  *out << c.action << ": " << c.label;
+}
+
+class UnreadablePageTest : public NativeJobFixture,
+                           public ::testing::WithParamInterface<UnreadableCase> {};
+
+TEST_P(UnreadablePageTest, EndsTheJob) {
+  support::PdfBuilder builder;
+  builder.page({.text = "One"}).page({.object = "null"}).page({.text = "Three"});
+  builder.write(sources_ / "a.pdf");
+  EXPECT_EQ(failureOf(GetParam().action, {"a.pdf"}, GetParam().options), "Cannot read this page.");
+  EXPECT_TRUE(results_.names().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Actions,
+    UnreadablePageTest,
+    ::testing::Values(UnreadableCase{"any", "pdf_png", {}},
+                      UnreadableCase{"any", "pdf_jpeg", {}},
+                      UnreadableCase{"any", "rotate_pdf", {}},
+                      UnreadableCase{"any", "merge_pdf", {}},
+                      UnreadableCase{"selected", "split_pdf", {}},
+                      UnreadableCase{"not selected", "split_pdf", {{"range", "1, 3"}}},
+                      UnreadableCase{"listed", "edit_pdf", {{"pages", Value::List{2, 1}}}},
+                      UnreadableCase{"before its eighth turn",
+                                     "edit_pdf",
+                                     {{"rotations", Value::Map{{"1", 45}}}}},
+                      UnreadableCase{"any", "extract_text", {}},
+                      UnreadableCase{"any", "ocr", {}}));
+
+TEST_F(PdfActionsTest, EditsAroundAnUnreadablePage) {
+  support::PdfBuilder builder;
+  builder.page({.text = "One"}).page({.object = "null"}).page({.text = "Three"});
+  builder.write(sources_ / "damaged.pdf");
+  EXPECT_THAT(run("edit_pdf", {"damaged.pdf"}, {{"pages", Value::List{2, 0}}}),
+              ElementsAre("damaged-edited.pdf"));
+  EXPECT_THAT(pagesOf("damaged-edited.pdf"), ElementsAre("Three @0", "One @0"));
+}
+
+TEST_F(PdfActionsTest, ReadsThePagesThatTheFileDoesNotCount) {
+  support::PdfBuilder builder;
+  builder.page({.text = "One"}).page({.text = "Two"}).wrongCount(1);
+  builder.write(sources_ / "short.pdf");
+  EXPECT_THAT(run("pdf_png", {"short.pdf"}), ElementsAre("short-page-1.png", "short-page-2.png"));
+  EXPECT_THAT(run("extract_text", {"short.pdf"}), ElementsAre("short-text.txt"));
+  EXPECT_THAT(support::contentOf(results_ / "short-text.txt"), HasSubstr("Two"));
+}
+
 }  // namespace
 }  // namespace tolvane

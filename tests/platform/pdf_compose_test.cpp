@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <qpdf/QPDF.hh>
 
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_system.h"
@@ -117,6 +118,78 @@ TEST_F(ComposeTest, WritesProtectedPagesInTheClear) {
   EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
               ::testing::Not(::testing::HasSubstr("/Encrypt")));
   EXPECT_THAT(summary(*reopened(*composer)), ::testing::ElementsAre("Clear@0"));
+}
+
+/// A page with a link to the page of that number in the same file, counted from 0.
+support::PdfPage linked(const std::string& text, int target, bool byAction = false) {
+  const std::string destination = "[" + std::to_string(2 * target + 4) + " 0 R /Fit]";
+  return {
+      .text = text,
+      .entries = "/Annots [<< /Type /Annot /Subtype /Link /Rect [0 0 9 9] " +
+                 (byAction ? "/A << /S /GoTo /D " + destination + " >>" : "/Dest " + destination) +
+                 " >>]"};
+}
+
+/// What the composed document's first link on each page leads to: a page, or -1.
+std::vector<int> linkTargets(PdfComposer& composer) {
+  const Bytes bytes = composer.serialise();
+  QPDF document;
+  document.processMemoryFile("composed", reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  std::vector<int> targets;
+  for (QPDFObjectHandle page : document.getAllPages()) {
+    QPDFObjectHandle link = page.getKey("/Annots").getArrayItem(0);
+    QPDFObjectHandle destination =
+        link.hasKey("/A") ? link.getKey("/A").getKey("/D") : link.getKey("/Dest");
+    QPDFObjectHandle target = destination.getArrayItem(0);
+    targets.push_back(target.isNull() ? -1 : document.findPage(target));
+  }
+  return targets;
+}
+
+TEST_F(ComposeTest, KeepsLinksBetweenThePagesThatAreTaken) {
+  const auto source = pdfLibrary().open(PdfBuilder()
+                                            .page(linked("A", 1))
+                                            .page(linked("B", 2, true))
+                                            .page(linked("C", 0))
+                                            .page(linked("D", 3))
+                                            .write(folder_ / "a.pdf"));
+  const auto other = pdfLibrary().open(
+      PdfBuilder().page(linked("1", 1, true)).page(linked("2", 0)).write(folder_ / "b.pdf"));
+  const auto whole = pdfLibrary().compose();
+  for (int page = 0; page < 4; ++page) {
+    whole->append(source, page, 90);
+  }
+  whole->append(other, 0, std::nullopt);
+  whole->append(other, 1, std::nullopt);
+  EXPECT_THAT(linkTargets(*whole), ::testing::ElementsAre(1, 2, 0, 3, 5, 4));
+
+  const auto part = pdfLibrary().compose();
+  for (const int page : {2, 1, 0, 2}) {
+    part->append(source, page, std::nullopt);
+  }
+  EXPECT_THAT(linkTargets(*part), ::testing::ElementsAre(2, 0, 1, 2));
+
+  const auto pair = pdfLibrary().compose();
+  pair->append(source, 0, std::nullopt);
+  pair->append(source, 2, std::nullopt);
+  EXPECT_THAT(linkTargets(*pair), ::testing::ElementsAre(-1, 0));
+  const Bytes bytes = pair->serialise();
+  EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
+              ::testing::Not(::testing::HasSubstr("(B) Tj")));
+}
+
+TEST_F(ComposeTest, PassesOverLinksThatMakeNoSense) {
+  const auto source = pdfLibrary().open(
+      PdfBuilder()
+          .page({.entries = "/Annots [null 7 (text) << /Dest [] >> << /Dest (name) >> "
+                            "<< /Dest [0 /Fit] >> << /A [9] >> << /A << /S /GoTo >> >> "
+                            "<< /Dest [99 0 R /Fit] >> << /Dest [2 0 R /Fit] >>]"})
+          .page({.entries = "/Annots (none)"})
+          .write(folder_ / "odd.pdf"));
+  const auto composer = pdfLibrary().compose();
+  composer->append(source, 0, std::nullopt);
+  composer->append(source, 1, std::nullopt);
+  EXPECT_EQ(pdfLibrary().countPages(composer->serialise()), 2);
 }
 
 TEST_F(ComposeTest, RefusesPagesThatAreNotThere) {

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/documents/pdf_document.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/pdf_builder.h"
 #include "tests/support/temporary_folder.h"
 
@@ -50,7 +51,7 @@ TEST_P(GeometryTest, StatesTheMediaBoxAndTheRotation) {
   EXPECT_EQ(geometry.rotation, GetParam().rotation);
 }
 
-const std::string hugeNumber(400, '9');
+const std::string hugeNumber = std::string(400, '9') + ".0";
 
 INSTANTIATE_TEST_SUITE_P(
     Pages,
@@ -154,6 +155,60 @@ TEST(PdfLibraryTest, RefusesToCountPagesOfGarbage) {
   for (const std::string& bytes : {std::string(), std::string("garbage"), cutInHalf(whole)}) {
     EXPECT_THROW(static_cast<void>(pdfLibrary().countPages(viewOf(bytes))), PdfOpenError) << bytes;
   }
+}
+
+class UnreadablePageTest : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(UnreadablePageTest, IsRefusedAndTheOthersAreRead) {
+  const TemporaryFolder folder;
+  const PdfBuilder builder =
+      PdfBuilder().page({.text = "One"}).page({.object = GetParam()}).page({.text = "Three"});
+  EXPECT_THROW(static_cast<void>(pdfLibrary().countPages(viewOf(builder.bytes()))), PdfOpenError);
+
+  const auto document = pdfLibrary().open(builder.write(folder / "a.pdf"));
+  const auto composer = pdfLibrary().compose();
+  Bitmap bitmap;
+  EXPECT_EQ(document->pageCount(), 3);
+  EXPECT_THROW(static_cast<void>(document->geometry(1)), PlatformError);
+  EXPECT_THROW(document->render(1, 10, 10, bitmap), PlatformError);
+  EXPECT_THROW(static_cast<void>(document->text(1)), PlatformError);
+  EXPECT_THROW(composer->append(document, 1, std::nullopt), PlatformError);
+  EXPECT_EQ(document->text(0), "One");
+  EXPECT_EQ(document->text(2), "Three");
+  composer->append(document, 2, std::nullopt);
+  EXPECT_EQ(pdfLibrary().countPages(composer->serialise()), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Objects,
+                         UnreadablePageTest,
+                         ::testing::Values("null", "(( /Type /Page >>", "[1 2]", "7"));
+
+class WrongCountTest : public ::testing::TestWithParam<std::size_t> {};
+
+TEST_P(WrongCountTest, DoesNotHideAPage) {
+  const TemporaryFolder folder;
+  const auto document = pdfLibrary().open(PdfBuilder()
+                                              .page({.text = "One"})
+                                              .page({.text = "Two"})
+                                              .page({.text = "Three"})
+                                              .wrongCount(GetParam())
+                                              .write(folder / "a.pdf"));
+  ASSERT_EQ(document->pageCount(), 3);
+  Bitmap bitmap;
+  document->render(2, 10, 10, bitmap);
+  EXPECT_EQ(document->text(2), "Three");
+  EXPECT_EQ(document->text(0), "One");
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, WrongCountTest, ::testing::Values(0, 1, 2, 4, 900));
+
+TEST(PdfLibraryTest, SaysThatTheFileChanged) {
+  const TemporaryFolder folder;
+  const fs::path file = PdfBuilder().page({}).write(folder / "a.pdf");
+  const auto document = pdfLibrary().open(file);
+  fs::resize_file(file, 100);
+  EXPECT_EQ(support::failureText([&] { return document->geometry(0); }),
+            "Could not read " + file.string() + ": the file changed after it was opened.");
 }
 
 struct ChangeCase {

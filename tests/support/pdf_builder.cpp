@@ -39,6 +39,9 @@ std::string contentOf(const PdfPage& page) {
 }
 
 std::string pageObject(const PdfPage& page, int contents) {
+  if (page.object) {
+    return *page.object;
+  }
   const std::string box =
       page.mediaBox.value_or(fmt::format("[0 0 {} {}]", page.width, page.height));
   return fmt::format("<< /Type /Page /Parent 2 0 R{}{} /Contents {} 0 R {} >>",
@@ -97,6 +100,11 @@ PdfBuilder& PdfBuilder::inherited(const std::string& entries) {
   return *this;
 }
 
+PdfBuilder& PdfBuilder::wrongCount(std::size_t count) {
+  wrongCount_ = count;
+  return *this;
+}
+
 std::string PdfBuilder::bytes() const {
   std::string kids;
   std::vector<std::string> objects = {
@@ -110,7 +118,7 @@ std::string PdfBuilder::bytes() const {
     objects.push_back(stream(contentOf(page)));
   }
   objects[1] = fmt::format("<< /Type /Pages /Count {} /Kids [{}] /Resources 3 0 R {} >>",
-                           pages_.size(),
+                           wrongCount_.value_or(pages_.size()),
                            kids,
                            inherited_);
   return fileOf(objects);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -16,15 +17,18 @@ struct PdfPage {
   std::string drawing{};          ///< content operators after the text, such as "0 0 9 9 re f"
   std::optional<std::string> mediaBox{};  ///< instead of [0 0 width height]; "" leaves it out
   std::string entries{};                  ///< more page entries, such as "/CropBox [0 0 9 9]"
+  std::optional<std::string> object{};    ///< instead of the page's dictionary, such as "null"
 };
 
-/// Writes small PDFs with a correct cross-reference table.
+/// Writes small PDFs with a correct cross-reference table. Page n, from 1, is the object 2 * n + 2.
 ///   PdfBuilder().page({.rotation = 90, .text = "Hello"}).write(folder / "a.pdf");
 class PdfBuilder {
  public:
   PdfBuilder& page(PdfPage page);
   /// Entries of the page tree's root, which the pages inherit, such as "/Rotate 90".
   PdfBuilder& inherited(const std::string& entries);
+  /// States a number of pages that is not theirs.
+  PdfBuilder& wrongCount(std::size_t count);
 
   [[nodiscard]] std::string bytes() const;
   std::filesystem::path write(const std::filesystem::path& file) const;
@@ -38,6 +42,7 @@ class PdfBuilder {
  private:
   std::vector<PdfPage> pages_;
   std::string inherited_;
+  std::optional<std::size_t> wrongCount_;
 };
 
 }  // namespace tolvane::support

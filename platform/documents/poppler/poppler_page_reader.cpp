@@ -80,6 +80,10 @@ PopplerPageReader::PopplerPageReader(std::unique_ptr<Handle> handle) : handle_(s
 
 PopplerPageReader::~PopplerPageReader() = default;
 
+int PopplerPageReader::pageCount() {
+  return poppler_document_get_n_pages(handle_->document.get());
+}
+
 void PopplerPageReader::render(int page, int width, int height, Bitmap& bitmap) {
   const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
   double pageWidth = 0;

@@ -17,6 +17,7 @@ class PopplerPageReader : public PageReader {
   PopplerPageReader(const PopplerPageReader&) = delete;
   PopplerPageReader& operator=(const PopplerPageReader&) = delete;
 
+  int pageCount() override;
   void render(int page, int width, int height, Bitmap& bitmap) override;
   std::string text(int page) override;
 

@@ -33,10 +33,12 @@ void ComposedDocument::append(const std::shared_ptr<PdfDocument>& source,
   }
   try {
     sources_.insert(document);
-    QPDFObjectHandle copy = document_->copyForeignObject(document->completePage(page));
+    const QPDFObjectHandle original = document->completePage(page);
+    QPDFObjectHandle copy = document_->copyForeignObject(original);
     if (!taken_.insert(copy.getObjectID()).second) {
       copy = document_->makeIndirectObject(copy.shallowCopy());
     }
+    links_.add(original, copy);
     if (rotation) {
       copy.replaceKey("/Rotate", QPDFObjectHandle::newInteger(*rotation));
     }
@@ -66,6 +68,7 @@ void ComposedDocument::append(const JpegPhoto& photo) {
 
 Bytes ComposedDocument::serialise() {
   try {
+    links_.connect(*document_);
     Bytes bytes = written(*document_, version_);
     for (const std::shared_ptr<SourceDocument>& source : sources_) {
       source->checkUnchanged();

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/documents/pdf_document.h"
+#include "platform/documents/qpdf/page_links.h"
 #include "platform/documents/qpdf/source_document.h"
 
 class QPDF;
@@ -38,6 +39,7 @@ class ComposedDocument : public PdfComposer {
   // Before the document, because its streams read from the sources until it is gone.
   std::set<std::shared_ptr<SourceDocument>> sources_;
   std::unique_ptr<QPDF> document_;
+  PageLinks links_;
   std::set<int> taken_;  // numbers of the page objects so far
   std::string version_;
   int pageCount_ = 0;

@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <qpdf/QPDF.hh>
 
+#include "platform/images/big_endian.h"
 #include "platform/images/image_encoder.h"
 
 namespace tolvane::PictureStream {
@@ -44,11 +45,6 @@ struct PngRows {
   std::string deflated;
 };
 
-std::uint32_t bigEndian(BytesView bytes, std::size_t offset) {
-  return std::uint32_t{bytes[offset]} << 24U | std::uint32_t{bytes[offset + 1]} << 16U |
-         std::uint32_t{bytes[offset + 2]} << 8U | std::uint32_t{bytes[offset + 3]};
-}
-
 /// @param png from our own encoder: eight bits, grey or rgb, not interlaced.
 PngRows rowsOf(BytesView png) {
   constexpr std::size_t signature = 8;
@@ -56,7 +52,7 @@ PngRows rowsOf(BytesView png) {
   constexpr std::size_t colorTypeInHeader = 9;
   PngRows rows;
   for (std::size_t chunk = signature; chunk + framing <= png.size();) {
-    const std::size_t length = bigEndian(png, chunk);
+    const std::size_t length = BigEndian::read32(png, chunk);
     const std::string_view type = textOf(png.subspan(chunk + 4, 4));
     const BytesView data = png.subspan(chunk + 8, length);
     if (type == "IHDR") {
@@ -99,19 +95,9 @@ bool isOpaque(const Bitmap& alpha) {
       alpha.pixels.begin(), alpha.pixels.end(), [](std::uint8_t value) { return value == 0xFF; });
 }
 
-/// @return the name by which an ICC profile calls its colours, such as "RGB "; empty when it has no
-/// whole header.
-std::string_view colorsOfProfile(BytesView profile) {
-  constexpr std::size_t headerSize = 128;
-  constexpr std::size_t colorsInHeader = 16;
-  return profile.size() < headerSize ? std::string_view()
-                                     : textOf(profile.subspan(colorsInHeader, 4));
-}
-
 QPDFObjectHandle colorSpaceOf(QPDF& document, const JpegPhoto& photo) {
-  const bool grey = photo.components == 1;
-  const QPDFObjectHandle device = name(grey ? "/DeviceGray" : "/DeviceRGB");
-  if (colorsOfProfile(photo.colorProfile) != (grey ? "GRAY" : "RGB ")) {
+  const QPDFObjectHandle device = name(photo.components == 1 ? "/DeviceGray" : "/DeviceRGB");
+  if (photo.colorProfile.empty()) {
     return device;
   }
   QPDFObjectHandle profile = document.newStream(std::string(textOf(photo.colorProfile)));

@@ -1,5 +1,8 @@
 #include "platform/documents/qpdf/qpdf_library.h"
 
+#include <algorithm>
+#include <vector>
+
 #include <qpdf/QPDF.hh>
 
 #include "platform/documents/qpdf/composed_document.h"
@@ -24,7 +27,13 @@ int QpdfLibrary::countPages(BytesView pdf) {
     QPDF document;
     document.setSuppressWarnings(true);
     document.processMemoryFile("PDF", reinterpret_cast<const char*>(pdf.data()), pdf.size());
-    return static_cast<int>(document.getAllPages().size());
+    const std::vector<QPDFObjectHandle>& pages = document.getAllPages();
+    if (!std::all_of(pages.begin(), pages.end(), [](QPDFObjectHandle page) {
+          return page.isDictionary();
+        })) {
+      throw PdfOpenError(PdfOpenError::Reason::damaged, "A page is damaged.");
+    }
+    return static_cast<int>(pages.size());
   } catch (...) {
     LibraryErrors::rethrowFromOpening();
   }

@@ -63,18 +63,28 @@ void inflateStreams(QPDF& document) {
   }
 }
 
-void dropCropBoxes(QPDF& document) {
+/// One flat list of the pages that libqpdf counts, without crop boxes.
+void simplifyPages(QPDF& document) {
   document.pushInheritedAttributesToPage();
+  QPDFObjectHandle tree = document.getRoot().getKey("/Pages");
+  QPDFObjectHandle kids = QPDFObjectHandle::newArray();
   for (QPDFObjectHandle page : document.getAllPages()) {
+    if (!page.isDictionary()) {
+      page = document.makeIndirectObject(QPDFObjectHandle::parse("<< /Type /Page >>"));
+    }
     page.removeKey("/CropBox");
+    page.replaceKey("/Parent", tree);
+    kids.appendItem(page);
   }
+  tree.replaceKey("/Kids", kids);
+  tree.replaceKey("/Count", QPDFObjectHandle::newInteger(kids.getArrayNItems()));
 }
 
 }  // namespace
 
 Bytes copyForRendering(const std::shared_ptr<SourceFile>& file) {
   const std::shared_ptr<QPDF> document = openedDocument(file);
-  dropCropBoxes(*document);
+  simplifyPages(*document);
   inflateStreams(*document);
   return written(*document, document->getPDFVersion());
 }

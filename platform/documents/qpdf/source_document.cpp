@@ -20,6 +20,16 @@ namespace {
 constexpr int pagesBeforeCopying = 3;
 constexpr std::uint64_t copyLimit = std::uint64_t{48} << 20U;
 
+// libqpdf counts every entry of the page tree, whatever the entry leads to.
+bool isReadable(QPDFObjectHandle page) {
+  return page.isDictionary();
+}
+
+/// Whether the page reader would paint another area, or take one page for another.
+bool misleadsReader(const QPDFObjectHandle& page) {
+  return !isReadable(page) || PageGeometry::isCropped(page);
+}
+
 }  // namespace
 
 SourceDocument::SourceDocument(std::shared_ptr<SourceFile> file, std::shared_ptr<QPDF> document)
@@ -35,7 +45,11 @@ const QPDFObjectHandle& SourceDocument::pageAt(int page) const {
   if (page < 0 || page >= pageCount()) {
     throw PlatformError("There is no page " + std::to_string(page + 1) + ".");
   }
-  return pages_[static_cast<std::size_t>(page)];
+  const QPDFObjectHandle& object = pages_[static_cast<std::size_t>(page)];
+  if (!isReadable(object)) {
+    throw PlatformError("Page " + std::to_string(page + 1) + " is damaged.");
+  }
+  return object;
 }
 
 QPDFObjectHandle SourceDocument::completePage(int page) {
@@ -76,11 +90,12 @@ std::string SourceDocument::text(int page) {
 
 PageReader& SourceDocument::reader() {
   try {
-    if (!readsCopy_ && deservesCopy()) {
+    if (!reader_) {
+      reader_ = pageReaderFactory().open(file_->descriptor());
+    }
+    if (!readsCopy_ && (needsCopy() || deservesCopy())) {
       reader_ = pageReaderFactory().open(copyForRendering(file_));
       readsCopy_ = true;
-    } else if (!reader_) {
-      reader_ = pageReaderFactory().open(file_->descriptor());
     }
     ++pagesRead_;
     return *reader_;
@@ -89,10 +104,12 @@ PageReader& SourceDocument::reader() {
   }
 }
 
+bool SourceDocument::needsCopy() const {
+  return pagesRead_ == 0 && (reader_->pageCount() != pageCount() ||
+                             std::any_of(pages_.begin(), pages_.end(), misleadsReader));
+}
+
 bool SourceDocument::deservesCopy() const {
-  if (!reader_) {
-    return std::any_of(pages_.begin(), pages_.end(), PageGeometry::isCropped);
-  }
   return pagesRead_ >= pagesBeforeCopying && file_->size() <= copyLimit;
 }
 

@@ -34,6 +34,7 @@ class SourceDocument : public PdfDocument {
  private:
   [[nodiscard]] const QPDFObjectHandle& pageAt(int page) const;
   [[nodiscard]] PageReader& reader();
+  [[nodiscard]] bool needsCopy() const;
   [[nodiscard]] bool deservesCopy() const;
 
   std::shared_ptr<SourceFile> file_;

@@ -65,7 +65,7 @@ void SourceFile::checkUnchanged() const {
     throw PlatformError::fromErrno("read", path_, errno);
   }
   if (!sameContent(opened_, now)) {
-    throw PlatformError("read " + name() + ": the file changed after it was opened");
+    throw PlatformError("Could not read " + name() + ": the file changed after it was opened.");
   }
 }
 
