@@ -145,7 +145,8 @@ void writePhoto(const fs::path& file) {
     for (int x = 0; x < width; ++x) {
       const double wave = std::sin(x / 90.0) * std::cos(y / 70.0) + std::sin((x + y) / 400.0);
       for (int component = 0; component < 3; ++component) {
-        const double level = 128 + 50 * wave * (1 + component * 0.2) + static_cast<double>(random() % 13);
+        const double level =
+            128 + 50 * wave * (1 + component * 0.2) + static_cast<double>(random() % 13);
         pixels.push_back(static_cast<unsigned char>(level < 0 ? 0 : level > 255 ? 255 : level));
       }
     }
