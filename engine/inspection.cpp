@@ -37,8 +37,7 @@ std::optional<FileKind> packageKind(std::string_view extension) {
 
 bool startsLikePdf(const fs::path& url) {
   constexpr std::string_view signature = "%PDF-";
-  const Bytes start = FileSystem::readPrefix(url, signature.size());
-  return std::equal(start.begin(), start.end(), signature.begin(), signature.end());
+  return startsWith(FileSystem::readPrefix(url, signature.size()), signature);
 }
 
 /// @return nullopt when the file is no raster image.

@@ -1,7 +1,6 @@
 #include "platform/images/image_header.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -42,10 +41,7 @@ std::optional<ImageHeader> pngHeader(BytesView start) {
   constexpr std::size_t size = 33;
   constexpr std::size_t checked = 17;  // bytes of type and content that the sum covers
   constexpr std::uint32_t largest = std::numeric_limits<std::int32_t>::max();
-  if (start.size() < size ||
-      !std::equal(signature.begin(), signature.end(), start.begin(), [](char a, std::uint8_t b) {
-        return static_cast<std::uint8_t>(a) == b;
-      })) {
+  if (start.size() < size || !startsWith(start, signature)) {
     return std::nullopt;
   }
   const std::uint32_t width = BigEndian::read32(start, 16);

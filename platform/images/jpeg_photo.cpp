@@ -1,6 +1,5 @@
 #include "platform/images/jpeg_photo.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -17,10 +16,6 @@ namespace tolvane {
 namespace {
 
 using namespace std::string_view_literals;
-
-bool startsWith(BytesView bytes, std::string_view text) {
-  return bytes.size() >= text.size() && std::equal(text.begin(), text.end(), bytes.begin());
-}
 
 /// A profile that is cut into numbered APP2 segments.
 class ProfileParts {

@@ -81,7 +81,7 @@ struct CodePage::Converter {
     constexpr std::size_t chunkSize = 1024;
     std::array<char16_t, chunkSize> units = {};
     // The library takes plain char pointers.
-    const auto* source = reinterpret_cast<const char*>(bytes.data());
+    const char* source = asText(bytes).data();
     const char* const end = source + bytes.size();
     Utf16Joiner joiner(text);
     ucnv_reset(icu.get());

@@ -13,14 +13,6 @@ namespace tolvane {
 
 namespace {
 
-bool startsWith(BytesView bytes, std::string_view prefix) {
-  const auto isSame = [](char expected, std::uint8_t byte) {
-    return static_cast<std::uint8_t>(expected) == byte;
-  };
-  return bytes.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), bytes.begin(), isSame);
-}
-
 /// The text in UTF-8 without a byte-order mark.
 std::optional<std::string> textOf(BytesView bytes) {
   if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF")) {

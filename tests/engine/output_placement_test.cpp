@@ -24,10 +24,6 @@ using support::TemporaryFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-BytesView bytesOf(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 struct NameCase {
   const char* name;
   int attempt;
@@ -62,7 +58,7 @@ class PlacementTest : public testing::Test {
 TEST_F(PlacementTest, TakesTheFirstFreeNameAndKeepsWhatIsThere) {
   folder_.write("Report.pdf", "old");
   folder_.write("Report-converted-2.pdf", "older");
-  staged_.stage(bytesOf("new"), "Report.pdf");
+  staged_.stage(asBytes("new"), "Report.pdf");
   EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {}, token_),
               ElementsAre(folder_ / "Report-converted-3.pdf"));
   EXPECT_EQ(contentOf(folder_ / "Report.pdf"), "old");
@@ -71,14 +67,14 @@ TEST_F(PlacementTest, TakesTheFirstFreeNameAndKeepsWhatIsThere) {
 
 TEST_F(PlacementTest, NeverTakesTheNameOfAnInput) {
   // The input is gone from the folder, so only the comparison of paths protects its name.
-  staged_.stage(bytesOf("new"), "photo.png");
+  staged_.stage(asBytes("new"), "photo.png");
   EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {folder_ / "photo.png"}, token_),
               ElementsAre(folder_ / "photo-converted-2.png"));
 }
 
 TEST_F(PlacementTest, RollsBackWhenAnOutputCannotBePlaced) {
   for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"}) {
-    staged_.stage(bytesOf("text"), name);
+    staged_.stage(asBytes("text"), name);
   }
   fs::remove(staged_.outputs()[2].file);
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
@@ -91,7 +87,7 @@ TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
   for (int number = 2; number <= Limits::maxNameAttempts; ++number) {
     fs::create_symlink("nowhere", folder_ / ("a-converted-" + std::to_string(number) + ".txt"));
   }
-  staged_.stage(bytesOf("text"), "a.txt");
+  staged_.stage(asBytes("text"), "a.txt");
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
             "Too many output filename collisions. Choose another folder.");
 }
@@ -99,18 +95,18 @@ TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
 TEST_F(PlacementTest, RefusesEmptyAndExcessiveOutputs) {
   EXPECT_EQ(failureText([&] { staged_.stage({}, "a.txt"); }),
             "The conversion produced an empty file.");
-  staged_.stage(bytesOf("x"), "a.txt");
+  staged_.stage(asBytes("x"), "a.txt");
   // Never read: the limit is judged before the first byte is written.
-  const BytesView gigabyte(bytesOf("x").data(), static_cast<std::size_t>(Limits::maxOutputBytes));
+  const BytesView gigabyte(asBytes("x").data(), static_cast<std::size_t>(Limits::maxOutputBytes));
   EXPECT_EQ(failureText([&] { staged_.stage(gigabyte, "b.txt"); }),
             "This job exceeds the 1 GB output safety limit. Process fewer pages or files.");
   EXPECT_EQ(workspace_.names().size(), 1U);
 }
 
 TEST_F(PlacementTest, StopsWhenCancelled) {
-  staged_.stage(bytesOf("x"), "a.txt");
+  staged_.stage(asBytes("x"), "a.txt");
   token_.cancel();
-  EXPECT_EQ(failureText([&] { staged_.stage(bytesOf("x"), "b.txt"); }),
+  EXPECT_EQ(failureText([&] { staged_.stage(asBytes("x"), "b.txt"); }),
             "Cancelled. Your source files are unchanged.");
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
             "Cancelled. Your source files are unchanged.");

@@ -86,8 +86,7 @@ TEST(EncodeTest, ShowsTransparencyAsWhiteInJpegOnly) {
   const Bitmap clear = {16, 16, PixelLayout::rgba, Bytes(std::size_t{16} * 16 * 4, 0)};
   const auto reread = [&](ImageFormat format) {
     const Bytes bytes = encode(clear, format, 0.9);
-    const auto file = folder.write(
-        "picture", std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    const auto file = folder.write("picture", std::string(asText(bytes)));
     return imageDecoder().decode(file, 16'384);
   };
   const Bitmap jpeg = reread(ImageFormat::jpeg);

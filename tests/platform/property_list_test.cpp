@@ -14,8 +14,7 @@ namespace {
 using namespace std::string_literals;
 
 std::optional<PropertyList> parse(std::string_view content) {
-  return PropertyList::parse(
-      BytesView(reinterpret_cast<const std::uint8_t*>(content.data()), content.size()));
+  return PropertyList::parse(asBytes(content));
 }
 
 /// One line that shows the whole list.
