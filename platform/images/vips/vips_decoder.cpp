@@ -17,6 +17,7 @@
 #include "platform/images/image_limits.h"
 #include "platform/images/orientation.h"
 #include "platform/images/vips/bmp_reader.h"
+#include "platform/images/vips/trusted_readers.h"
 #include "platform/images/vips/vips_library.h"
 
 namespace tolvane {
@@ -24,6 +25,8 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
+using TrustedReaders::Kind;
+using TrustedReaders::Reader;
 using vips::VImage;
 
 struct Size {
@@ -44,22 +47,6 @@ Size fitted(Size stored, int limit) {
   return {scaled(stored.width), scaled(stored.height)};
 }
 
-enum class Kind { jpeg, png, gif, tiff, webp, heif, jp2 };
-
-struct Reader {
-  std::string_view loader;  ///< how the names of the library's loaders start
-  Kind kind;
-  const char* extension;
-};
-
-constexpr std::array<Reader, 7> readers = {{{"VipsForeignLoadJpeg", Kind::jpeg, "jpeg"},
-                                            {"VipsForeignLoadPng", Kind::png, "png"},
-                                            {"VipsForeignLoadNsgif", Kind::gif, "gif"},
-                                            {"VipsForeignLoadTiff", Kind::tiff, "tiff"},
-                                            {"VipsForeignLoadWebp", Kind::webp, "webp"},
-                                            {"VipsForeignLoadHeif", Kind::heif, "heif"},
-                                            {"VipsForeignLoadJp2k", Kind::jp2, "jp2"}}};
-
 /// A picture whose header is read and whose pixels are not.
 struct OpenPicture {
   VImage image;
@@ -69,11 +56,11 @@ struct OpenPicture {
 /// By the content; the library also knows the names of loaders that it may not use.
 const Reader& readerOf(const vips::VSource& source) {
   const char* loader = vips_foreign_find_load_source(source.get_source());
-  const auto* const reader =
-      std::find_if(readers.begin(), readers.end(), [&](const Reader& candidate) {
+  const auto* const reader = std::find_if(
+      TrustedReaders::all.begin(), TrustedReaders::all.end(), [&](const Reader& candidate) {
         return loader != nullptr && std::string_view(loader).starts_with(candidate.loader);
       });
-  if (reader == readers.end()) {
+  if (reader == TrustedReaders::all.end()) {
     vips_error_clear();
     throw PlatformError("The file is no image of a known kind.");
   }
