@@ -10,10 +10,11 @@ namespace tolvane {
 
 /// What the header of a raster image says of its first picture.
 struct ImageHeader {
-  int width = 0;   ///< pixels, as stored: an orientation tag is not applied
-  int height = 0;  ///< pixels, as stored
-  std::string
-      extension;  ///< the type's preferred extension: "jpeg", "png", "gif", "tiff", "webp", ...
+  /// Pixels, as stored: an orientation tag is not applied. Damaged files may announce 0.
+  int width = 0;
+  int height = 0;
+  /// The preferred one of the type: "jpeg", "png", "gif", "tiff", "webp", ...
+  std::string extension;
 };
 
 /// A JPEG file that can stand in a PDF as it is: 8 bits, grey or three components.

@@ -96,7 +96,8 @@ class PhotoBuilder {
     constexpr std::uint8_t baseline = 0xC0;
     constexpr std::uint8_t progressive = 0xC2;
     const std::optional<JpegFrame> frame = jpegFrame(segment);
-    const bool usable = !frame_ && frame && frame->precision == 8 && frame->marker >= baseline &&
+    const bool usable = !frame_ && frame && frame->width > 0 && frame->height > 0 &&
+                        frame->precision == 8 && frame->marker >= baseline &&
                         frame->marker <= progressive &&
                         (frame->components == 1 || frame->components == 3);
     frame_ = frame;
