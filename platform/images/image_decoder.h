@@ -45,8 +45,9 @@ class ImageDecoder {
   [[nodiscard]] virtual Bitmap decode(const std::filesystem::path& file, int maxDimension) = 0;
 };
 
-/// Loads the decoding library at its first use, except for probes of JPEG and PNG files, whose
-/// headers are read without it. One object for the process.
+/// One object for the process. Headers of JPEG and PNG files, and pictures in them that need
+/// neither scaling nor a conversion of colours, are read without the decoding library, which is
+/// loaded when it is first needed.
 [[nodiscard]] ImageDecoder& imageDecoder();
 
 /// @return nullopt when the file is no JPEG, or not one that a PDF can hold as it is. Does not
