@@ -30,6 +30,7 @@ constexpr SpecialName specialNames[] = {
     {10007, "x-mac-cyrillic"},
     {10029, "x-mac-centraleurroman"},
     {10081, "x-mac-turkish"},
+    {CodePage::latin1, "ISO-8859-1"},
     {65001, "UTF-8"},
 };
 

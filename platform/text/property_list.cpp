@@ -4,9 +4,11 @@
 #include <string_view>
 
 #include "platform/text/binary_property_list.h"
+#include "platform/text/code_page.h"
 #include "platform/text/property_list_limits.h"
 #include "platform/text/text_encoding.h"
 #include "platform/text/text_property_list.h"
+#include "platform/text/xml_declaration.h"
 #include "platform/text/xml_property_list.h"
 
 namespace tolvane {
@@ -17,6 +19,11 @@ namespace {
 std::optional<std::string> textOf(BytesView bytes) {
   if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF")) {
     return TextEncoding::fromUtf16(bytes);
+  }
+  if (const std::optional<int> codePage = declaredCodePage(bytes)) {
+    std::string text;
+    CodePage(*codePage).append(bytes, text);
+    return text;
   }
   constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
   return TextEncoding::fromUtf8(startsWith(bytes, utf8Mark) ? bytes.subspan(utf8Mark.size())
