@@ -21,8 +21,8 @@ namespace fs = std::filesystem;
 using support::contentOf;
 using support::failureText;
 using support::TemporaryFolder;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 struct NameCase {
   const char* name;
@@ -33,7 +33,7 @@ void PrintTo(const NameCase& c, std::ostream* out) {
   *out << c.name << " #" << c.attempt;
 }
 
-class CandidateTest : public testing::TestWithParam<NameCase> {};
+class CandidateTest : public ::testing::TestWithParam<NameCase> {};
 
 TEST_P(CandidateTest, FollowsTheNumbering) {
   EXPECT_EQ(OutputNames::candidate(GetParam().name, GetParam().attempt), GetParam().expected);
@@ -41,13 +41,14 @@ TEST_P(CandidateTest, FollowsTheNumbering) {
 
 INSTANTIATE_TEST_SUITE_P(Names,
                          CandidateTest,
-                         testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
-                                         NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
-                                         NameCase{"Report.pdf", 9999, "Report-converted-10000.pdf"},
-                                         NameCase{"a.b.png", 2, "a.b-converted-3.png"},
-                                         NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
+                         ::testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
+                                           NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
+                                           NameCase{
+                                               "Report.pdf", 9999, "Report-converted-10000.pdf"},
+                                           NameCase{"a.b.png", 2, "a.b-converted-3.png"},
+                                           NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
 
-class PlacementTest : public testing::Test {
+class PlacementTest : public ::testing::Test {
  protected:
   TemporaryFolder folder_;
   TemporaryFolder workspace_;
@@ -137,16 +138,16 @@ TEST(DestinationTest, MustBeWritable) {
         failureText([&] { return prepareDestination(folder.path(), folder / "a.pdf"); });
     ::_exit(text == "The output folder is not writable. Choose another folder." ? 0 : 1);
   };
-  EXPECT_EXIT(asNobody(), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(asNobody(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(JobWorkspaceTest, IsPrivateAndGoesWithItsContent) {
   const TemporaryFolder folder;
   {
     const JobWorkspace workspace(folder.path());
-    EXPECT_THAT(
-        folder.names(),
-        ElementsAre(testing::MatchesRegex("\\.tolvane-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
+    EXPECT_THAT(folder.names(),
+                ElementsAre(::testing::MatchesRegex(
+                    "\\.tolvane-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
     EXPECT_EQ(fs::status(workspace.path()).permissions(), fs::perms::owner_all);
     fs::create_directories(workspace.path() / "a/b");
   }

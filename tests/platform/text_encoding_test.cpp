@@ -49,7 +49,7 @@ const Utf8Case utf8Cases[] = {
     {"Latin-1", "caf\xE9", false},
 };
 
-class Utf8Test : public testing::TestWithParam<Utf8Case> {};
+class Utf8Test : public ::testing::TestWithParam<Utf8Case> {};
 
 /// At every place of a longer text: blocks of ASCII are passed over in one step.
 TEST_P(Utf8Test, IsJudgedTheSameAnywhere) {
@@ -62,7 +62,7 @@ TEST_P(Utf8Test, IsJudgedTheSameAnywhere) {
   EXPECT_EQ(TextEncoding::fromUtf8(asBytes(GetParam().bytes)),
             GetParam().isValid ? std::optional(GetParam().bytes) : std::nullopt);
 }
-INSTANTIATE_TEST_SUITE_P(All, Utf8Test, testing::ValuesIn(utf8Cases));
+INSTANTIATE_TEST_SUITE_P(All, Utf8Test, ::testing::ValuesIn(utf8Cases));
 
 struct Utf16Case {
   const char* label;
@@ -89,11 +89,11 @@ const Utf16Case utf16Cases[] = {
     {"pair in the wrong order", "\0\xDE\x3D\xD8"s, std::nullopt},
 };
 
-class Utf16Test : public testing::TestWithParam<Utf16Case> {};
+class Utf16Test : public ::testing::TestWithParam<Utf16Case> {};
 TEST_P(Utf16Test, IsStrict) {
   EXPECT_EQ(TextEncoding::fromUtf16(asBytes(GetParam().bytes)), GetParam().expected);
 }
-INSTANTIATE_TEST_SUITE_P(All, Utf16Test, testing::ValuesIn(utf16Cases));
+INSTANTIATE_TEST_SUITE_P(All, Utf16Test, ::testing::ValuesIn(utf16Cases));
 
 TEST(MacRoman, HasACharacterForEveryByte) {
   EXPECT_EQ(TextEncoding::fromMacRoman(asBytes("caf\x8E\n\xD0\xDB\xC9")), "café\n–€…");
@@ -135,14 +135,14 @@ const CodePageCase codePageCases[] = {
     {65001, "a\xFFz", "a\uFFFDz"},
 };
 
-class CodePageTest : public testing::TestWithParam<CodePageCase> {};
+class CodePageTest : public ::testing::TestWithParam<CodePageCase> {};
 TEST_P(CodePageTest, DecodesAndReplacesWhatIsMalformed) {
   const CodePage codePage(GetParam().number);
   std::string text = "before ";
   codePage.append(asBytes(GetParam().bytes), text);
   EXPECT_EQ(text, "before " + std::string(GetParam().expected));
 }
-INSTANTIATE_TEST_SUITE_P(All, CodePageTest, testing::ValuesIn(codePageCases));
+INSTANTIATE_TEST_SUITE_P(All, CodePageTest, ::testing::ValuesIn(codePageCases));
 
 TEST(CodePage, DecodesRunsLongerThanItsBuffer) {
   std::string bytes;
