@@ -44,16 +44,14 @@ class ConversionEngine {
   ConversionEngine() = default;
   explicit ConversionEngine(UniversalRunner universal) : universal_(std::move(universal)) {}
 
-  /// The gate that every file passes: its kind and detail line, or its refusal. Never modifies the
-  /// file.
+  /// The gate that every file passes: its kind and detail line, or its refusal.
   [[nodiscard]] FileInfo inspect(const std::filesystem::path& url) const;
 
   /// Opens a PDF that is whole, unlocked and of 1 to 500 pages.
   [[nodiscard]] std::shared_ptr<PdfDocument> pdf(const std::filesystem::path& url) const;
 
-  /// @return the placed results, in the order of production. Inputs are never modified; after a
-  /// failure
-  ///   the destination folder is as it was.
+  /// Inputs are never modified. After a failure the destination folder is as it was.
+  /// @return the placed results, in the order of production.
   [[nodiscard]] std::vector<std::filesystem::path> run(const Job& job) const;
 
   /// A PNG preview of one page (counted from 0) that fits into 150 x 190 pixels.

@@ -8,11 +8,13 @@
 
 #include "engine/conversion_engine.h"
 #include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/limits.h"
 #include "formats/format_inspection.h"
 #include "formats/text_clipping.h"
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "platform/images/image_decoder.h"
+#include "platform/images/image_limits.h"
 
 namespace tolvane {
 
@@ -37,9 +39,10 @@ std::optional<FileKind> packageKind(std::string_view extension) {
 
 bool startsLikePdf(const fs::path& url) {
   constexpr std::string_view signature = "%PDF-";
-  const Bytes start = FileSystem::readPrefix(url, signature.size());
-  return std::equal(start.begin(), start.end(), signature.begin(), signature.end());
+  return startsWith(FileSystem::readPrefix(url, signature.size()), signature);
 }
+
+static_assert(Limits::maxImageArea == maxDecodedPixels, "what is admitted can be decoded");
 
 /// @return nullopt when the file is no raster image.
 std::optional<FileInfo> inspectImage(const fs::path& url) {

@@ -127,9 +127,7 @@ class Sample {
   [[nodiscard]] std::string lowerText() const { return isText_ ? FileNames::lower(all()) : ""; }
 
  private:
-  [[nodiscard]] std::string_view all() const {
-    return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()};
-  }
+  [[nodiscard]] std::string_view all() const { return asText(bytes_); }
 
   Bytes bytes_;
   bool isText_;

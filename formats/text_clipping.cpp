@@ -18,14 +18,6 @@ namespace {
 
 constexpr std::string_view richTextType = "public.rtf";
 
-std::string_view asText(BytesView bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-BytesView asBytes(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 std::optional<std::string> fromMacRoman(BytesView bytes) {
   return TextEncoding::fromMacRoman(bytes);
 }

@@ -4,9 +4,8 @@
 
 namespace tolvane {
 
-/// @return whether UTF-8 text holds nothing but white space and line ends (Unicode general
-/// categories Zs,
-///   Zl and Zp, tab, line feed, vertical tab, form feed, carriage return, next line).
+/// @return whether UTF-8 text holds nothing but white space and line ends. Those are the Unicode
+/// categories Zs, Zl and Zp, and U+0009 to U+000D and U+0085.
 [[nodiscard]] bool isBlank(std::string_view text);
 
 }  // namespace tolvane

@@ -1,9 +1,7 @@
 #include "platform/images/image_decoder.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "platform/files/file_system.h"
@@ -29,10 +27,6 @@ ImageDecoder& completeDecoder() {
   return decoder;
 }
 
-bool startsAs(BytesView start, BytesView file) {
-  return file.size() >= start.size() && std::equal(start.begin(), start.end(), file.begin());
-}
-
 /// A photo that needs neither scaling nor a conversion of colours.
 std::optional<Bitmap> plainJpeg(BytesView file, int maxDimension) {
   const std::optional<JpegPhoto> photo = jpegPhoto(file);
@@ -49,13 +43,13 @@ std::optional<Bitmap> plainJpeg(BytesView file, int maxDimension) {
 }
 
 std::optional<Bitmap> plainPicture(const fs::path& file, int maxDimension) {
-  constexpr std::array<std::uint8_t, 3> jpegStart = {0xFF, 0xD8, 0xFF};
-  constexpr std::array<std::uint8_t, 4> pngStart = {0x89, 'P', 'N', 'G'};
+  constexpr std::string_view jpegStart = "\xFF\xD8\xFF";
+  constexpr std::string_view pngStart = "\x89PNG";
   const Bytes start = FileSystem::readPrefix(file, pngStart.size());
-  if (startsAs(jpegStart, start)) {
+  if (startsWith(start, jpegStart)) {
     return plainJpeg(FileSystem::readAll(file), maxDimension);
   }
-  if (startsAs(pngStart, start)) {
+  if (startsWith(start, pngStart)) {
     return readPlainPng(FileSystem::readAll(file), maxDimension);
   }
   return std::nullopt;

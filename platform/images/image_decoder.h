@@ -10,10 +10,11 @@ namespace tolvane {
 
 /// What the header of a raster image says of its first picture.
 struct ImageHeader {
-  int width = 0;   ///< pixels, as stored: an orientation tag is not applied
-  int height = 0;  ///< pixels, as stored
-  std::string
-      extension;  ///< the type's preferred extension: "jpeg", "png", "gif", "tiff", "webp", ...
+  /// Pixels, as stored: an orientation tag is not applied. Damaged files may announce 0.
+  int width = 0;
+  int height = 0;
+  /// The preferred one of the type: "jpeg", "png", "gif", "tiff", "webp", ...
+  std::string extension;
 };
 
 /// A JPEG file that can stand in a PDF as it is: 8 bits, grey or three components.
@@ -44,8 +45,9 @@ class ImageDecoder {
   [[nodiscard]] virtual Bitmap decode(const std::filesystem::path& file, int maxDimension) = 0;
 };
 
-/// Loads the decoding library at its first use, except for probes of JPEG and PNG files, whose
-/// headers are read without it. One object for the process.
+/// One object for the process. Headers of JPEG and PNG files, and pictures in them that need
+/// neither scaling nor a conversion of colours, are read without the decoding library, which is
+/// loaded when it is first needed.
 [[nodiscard]] ImageDecoder& imageDecoder();
 
 /// @return nullopt when the file is no JPEG, or not one that a PDF can hold as it is. Does not

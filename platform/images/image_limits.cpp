@@ -6,7 +6,7 @@
 namespace tolvane {
 
 PlatformError beyondDecodingLimit() {
-  return PlatformError("The image has more than 80 million pixels.");
+  return PlatformError("The image has no pixels or too many to decode.");
 }
 
 void requirePixels(const Bitmap& bitmap) {

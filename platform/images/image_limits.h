@@ -7,10 +7,11 @@
 
 namespace tolvane {
 
-/// Decoders allocate nothing for pictures beyond 80 megapixels: 320 MB at four bytes a pixel.
+/// Decoders allocate nothing for larger pictures: 320 MB at four bytes a pixel.
+inline constexpr std::int64_t maxDecodedPixels = 80'000'000;
+
 [[nodiscard]] constexpr bool isWithinDecodingLimit(int width, int height) {
-  constexpr std::int64_t pixels = 80'000'000;
-  return width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= pixels;
+  return width > 0 && height > 0 && static_cast<std::int64_t>(width) * height <= maxDecodedPixels;
 }
 
 [[nodiscard]] PlatformError beyondDecodingLimit();

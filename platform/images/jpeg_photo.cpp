@@ -1,6 +1,5 @@
 #include "platform/images/jpeg_photo.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -17,10 +16,6 @@ namespace tolvane {
 namespace {
 
 using namespace std::string_view_literals;
-
-bool startsWith(BytesView bytes, std::string_view text) {
-  return bytes.size() >= text.size() && std::equal(text.begin(), text.end(), bytes.begin());
-}
 
 /// A profile that is cut into numbered APP2 segments.
 class ProfileParts {
@@ -101,7 +96,8 @@ class PhotoBuilder {
     constexpr std::uint8_t baseline = 0xC0;
     constexpr std::uint8_t progressive = 0xC2;
     const std::optional<JpegFrame> frame = jpegFrame(segment);
-    const bool usable = !frame_ && frame && frame->precision == 8 && frame->marker >= baseline &&
+    const bool usable = !frame_ && frame && frame->width > 0 && frame->height > 0 &&
+                        frame->precision == 8 && frame->marker >= baseline &&
                         frame->marker <= progressive &&
                         (frame->components == 1 || frame->components == 3);
     frame_ = frame;

@@ -86,7 +86,7 @@ std::optional<JpegFrame> jpegFrame(const JpegSegment& segment) {
   frame.width = static_cast<int>(BigEndian::read16(payload, 3));
   frame.components = payload[5];
   const bool complete = payload.size() == 6U + 3U * payload[5];
-  if (!complete || frame.width == 0 || frame.height == 0 || frame.components == 0) {
+  if (!complete || frame.components == 0) {
     return std::nullopt;
   }
   frame.namedRgb =

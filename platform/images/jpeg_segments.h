@@ -55,7 +55,8 @@ struct JpegFrame {
   bool namedRgb = false;  ///< the three components are called R, G and B
 };
 
-/// @return nullopt when the segment is too short for what it announces, or announces no pixels.
+/// @return nullopt when the segment is too short for what it announces, or announces no components.
+/// Sides may be 0.
 [[nodiscard]] std::optional<JpegFrame> jpegFrame(const JpegSegment& segment);
 
 }  // namespace tolvane

@@ -44,8 +44,7 @@ class Chunks {
         crc32_gzip_refl(0, &rest_[4], length + 4) != BigEndian::read32(rest_, length + 8)) {
       return std::nullopt;
     }
-    const auto* type = reinterpret_cast<const char*>(&rest_[4]);
-    const Chunk chunk{std::string_view(type, 4), rest_.subspan(8, length)};
+    const Chunk chunk{asText(rest_.subspan(4, 4)), rest_.subspan(8, length)};
     rest_ = rest_.subspan(length + frame);
     return chunk;
   }

@@ -30,6 +30,7 @@ constexpr SpecialName specialNames[] = {
     {10007, "x-mac-cyrillic"},
     {10029, "x-mac-centraleurroman"},
     {10081, "x-mac-turkish"},
+    {CodePage::latin1, "ISO-8859-1"},
     {65001, "UTF-8"},
 };
 
@@ -81,7 +82,7 @@ struct CodePage::Converter {
     constexpr std::size_t chunkSize = 1024;
     std::array<char16_t, chunkSize> units = {};
     // The library takes plain char pointers.
-    const auto* source = reinterpret_cast<const char*>(bytes.data());
+    const char* source = asText(bytes).data();
     const char* const end = source + bytes.size();
     Utf16Joiner joiner(text);
     ucnv_reset(icu.get());

@@ -14,6 +14,7 @@ class CodePage {
  public:
   static constexpr int windowsLatin = 1252;
   static constexpr int macRoman = 10000;
+  static constexpr int latin1 = 28591;  // ISO 8859-1
 
   /// @param number such as 1252, 932, 10000 or 65001 (UTF-8); unknown numbers stand for 1252.
   explicit CodePage(int number);

@@ -4,27 +4,26 @@
 #include <string_view>
 
 #include "platform/text/binary_property_list.h"
+#include "platform/text/code_page.h"
 #include "platform/text/property_list_limits.h"
 #include "platform/text/text_encoding.h"
 #include "platform/text/text_property_list.h"
+#include "platform/text/xml_declaration.h"
 #include "platform/text/xml_property_list.h"
 
 namespace tolvane {
 
 namespace {
 
-bool startsWith(BytesView bytes, std::string_view prefix) {
-  const auto isSame = [](char expected, std::uint8_t byte) {
-    return static_cast<std::uint8_t>(expected) == byte;
-  };
-  return bytes.size() >= prefix.size() &&
-         std::equal(prefix.begin(), prefix.end(), bytes.begin(), isSame);
-}
-
 /// The text in UTF-8 without a byte-order mark.
 std::optional<std::string> textOf(BytesView bytes) {
   if (startsWith(bytes, "\xFF\xFE") || startsWith(bytes, "\xFE\xFF")) {
     return TextEncoding::fromUtf16(bytes);
+  }
+  if (const std::optional<int> codePage = declaredCodePage(bytes)) {
+    std::string text;
+    CodePage(*codePage).append(bytes, text);
+    return text;
   }
   constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
   return TextEncoding::fromUtf8(startsWith(bytes, utf8Mark) ? bytes.subspan(utf8Mark.size())

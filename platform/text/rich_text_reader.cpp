@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <span>
 #include <utility>
 
 #include "platform/text/rich_text.h"
@@ -203,8 +202,7 @@ void RichTextReader::decodeHeldBytes() {
     return;
   }
   const auto [found, isNew] = codePages_.try_emplace(heldCodePage_, heldCodePage_);
-  const auto bytes = std::as_bytes(std::span(heldBytes_));
-  found->second.append({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, text_);
+  found->second.append(asBytes(heldBytes_), text_);
   heldBytes_.clear();
 }
 

@@ -76,10 +76,10 @@ bool isAsciiBlock(const std::uint8_t* block) {
 }
 
 std::optional<ByteOrder> byteOrderMark(BytesView bytes) {
-  if (bytes.size() >= 2 && bytes[0] == 0xFF && bytes[1] == 0xFE) {
+  if (startsWith(bytes, "\xFF\xFE")) {
     return ByteOrder::little;
   }
-  if (bytes.size() >= 2 && bytes[0] == 0xFE && bytes[1] == 0xFF) {
+  if (startsWith(bytes, "\xFE\xFF")) {
     return ByteOrder::big;
   }
   return std::nullopt;

@@ -61,6 +61,8 @@ class TextReader {
  private:
   PropertyList value();
   PropertyList::Dictionary dictionary();
+  PropertyList::Dictionary bareDictionary();
+  void takeMember(PropertyList::Dictionary& dictionary);
   PropertyList::Array array();
   Bytes data();
   std::string text();
@@ -78,8 +80,13 @@ class TextReader {
 };
 
 PropertyList TextReader::read() {
+  const std::string_view whole = rest_;
   PropertyList list = value();
   skipBlanks();
+  if (list.text() != nullptr && rest_.starts_with('=')) {
+    rest_ = whole;
+    return {bareDictionary()};
+  }
   if (!rest_.empty()) {
     throw DamagedPropertyList();
   }
@@ -109,11 +116,27 @@ PropertyList::Dictionary TextReader::dictionary() {
     if (skip("}")) {
       return dictionary;
     }
-    std::string key = text();
-    expect("=");
-    dictionary.insert_or_assign(std::move(key), value());
-    expect(";");
+    takeMember(dictionary);
   }
+}
+
+/// Takes the rest of the file.
+PropertyList::Dictionary TextReader::bareDictionary() {
+  const PropertyListLimits::Value counted(limits_);
+  PropertyList::Dictionary dictionary;
+  skipBlanks();
+  while (!rest_.empty()) {
+    takeMember(dictionary);
+    skipBlanks();
+  }
+  return dictionary;
+}
+
+void TextReader::takeMember(PropertyList::Dictionary& dictionary) {
+  std::string key = text();
+  expect("=");
+  dictionary.insert_or_assign(std::move(key), value());
+  expect(";");
 }
 
 PropertyList::Array TextReader::array() {

@@ -45,7 +45,7 @@ void PrintTo(const InspectionCase& c, std::ostream* out) {
   *out << c.name;
 }
 
-class InspectionTest : public testing::TestWithParam<InspectionCase> {};
+class InspectionTest : public ::testing::TestWithParam<InspectionCase> {};
 
 TEST_P(InspectionTest, AdmitsOrRefuses) {
   const TemporaryFolder folder;
@@ -98,7 +98,7 @@ void locked(const fs::path& file) {
 INSTANTIATE_TEST_SUITE_P(
     Admitted,
     InspectionTest,
-    testing::Values(
+    ::testing::Values(
         InspectionCase{"onePage", "a.pdf", pdfPages(1), "pdf: 1 pages · PDF"},
         InspectionCase{"manyPages", "a.pdf", pdfPages(500), "pdf: 500 pages · PDF"},
         InspectionCase{"pdfNamedText", "a.txt", pdfPages(2), "pdf: 2 pages · PDF"},
@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Refused,
     InspectionTest,
-    testing::Values(
+    ::testing::Values(
         InspectionCase{"folder", "a", folderOf, "Folders and unavailable files are not supported."},
         InspectionCase{"empty", "a.txt", empty, "Choose a nonempty file smaller than 256 MB."},
         InspectionCase{"large", "a.zip", tooLarge, "Choose a nonempty file smaller than 256 MB."},
@@ -141,6 +141,14 @@ INSTANTIATE_TEST_SUITE_P(
         InspectionCase{"tooWide",
                        "a.png",
                        pngHeader(16'385, 1),
+                       "Images must fit within 16,384 pixels per side and 80 megapixels."},
+        InspectionCase{"noPixels",
+                       "a.png",
+                       pngHeader(0, 1),
+                       "Images must fit within 16,384 pixels per side and 80 megapixels."},
+        InspectionCase{"impossiblyHigh",
+                       "a.png",
+                       pngHeader(1, 0x80000000),
                        "Images must fit within 16,384 pixels per side and 80 megapixels."},
         InspectionCase{"clipping",
                        "a.textclipping",

@@ -84,5 +84,15 @@ TEST_F(ImageActionsTest, RefusesATruncatedJpegInEveryAction) {
   }
 }
 
+TEST_F(ImageActionsTest, RefusesABitmapOfWhichOnlyTheSignatureIsRight) {
+  sources_.write("cut.bmp", "BM");
+  for (const char* action : {"image_png", "image_jpeg", "resize"}) {
+    EXPECT_EQ(failureOf(action, {"a.png", "cut.bmp"}),
+              "Could not decode the image. Use a dimension between 16 and 16,384 pixels.")
+        << action;
+    EXPECT_TRUE(results_.names().empty()) << action;
+  }
+}
+
 }  // namespace
 }  // namespace tolvane

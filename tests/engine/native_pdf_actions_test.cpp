@@ -26,8 +26,7 @@ TEST_F(PdfActionsTest, DrawsEveryPageOfEveryInput) {
       ElementsAre("a-page-1.png", "a-page-2.png", "a-page-3.png", "b-page-1.png", "b-page-2.png"));
   EXPECT_THAT(progress_, ElementsAre(Pair(1, 5), Pair(2, 5), Pair(3, 5), Pair(4, 5), Pair(5, 5)));
   const std::string png = support::contentOf(results_ / "a-page-2.png");
-  const auto size =
-      ImageEncoder::reopen({reinterpret_cast<const std::uint8_t*>(png.data()), png.size()});
+  const auto size = ImageEncoder::reopen(asBytes(png));
   ASSERT_TRUE(size);
   EXPECT_EQ(size->width, 1224);
   EXPECT_EQ(size->height, 1584);

@@ -21,12 +21,8 @@ namespace fs = std::filesystem;
 using support::contentOf;
 using support::failureText;
 using support::TemporaryFolder;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-BytesView bytesOf(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 struct NameCase {
   const char* name;
@@ -37,7 +33,7 @@ void PrintTo(const NameCase& c, std::ostream* out) {
   *out << c.name << " #" << c.attempt;
 }
 
-class CandidateTest : public testing::TestWithParam<NameCase> {};
+class CandidateTest : public ::testing::TestWithParam<NameCase> {};
 
 TEST_P(CandidateTest, FollowsTheNumbering) {
   EXPECT_EQ(OutputNames::candidate(GetParam().name, GetParam().attempt), GetParam().expected);
@@ -45,13 +41,14 @@ TEST_P(CandidateTest, FollowsTheNumbering) {
 
 INSTANTIATE_TEST_SUITE_P(Names,
                          CandidateTest,
-                         testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
-                                         NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
-                                         NameCase{"Report.pdf", 9999, "Report-converted-10000.pdf"},
-                                         NameCase{"a.b.png", 2, "a.b-converted-3.png"},
-                                         NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
+                         ::testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
+                                           NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
+                                           NameCase{
+                                               "Report.pdf", 9999, "Report-converted-10000.pdf"},
+                                           NameCase{"a.b.png", 2, "a.b-converted-3.png"},
+                                           NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
 
-class PlacementTest : public testing::Test {
+class PlacementTest : public ::testing::Test {
  protected:
   TemporaryFolder folder_;
   TemporaryFolder workspace_;
@@ -62,7 +59,7 @@ class PlacementTest : public testing::Test {
 TEST_F(PlacementTest, TakesTheFirstFreeNameAndKeepsWhatIsThere) {
   folder_.write("Report.pdf", "old");
   folder_.write("Report-converted-2.pdf", "older");
-  staged_.stage(bytesOf("new"), "Report.pdf");
+  staged_.stage(asBytes("new"), "Report.pdf");
   EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {}, token_),
               ElementsAre(folder_ / "Report-converted-3.pdf"));
   EXPECT_EQ(contentOf(folder_ / "Report.pdf"), "old");
@@ -71,14 +68,14 @@ TEST_F(PlacementTest, TakesTheFirstFreeNameAndKeepsWhatIsThere) {
 
 TEST_F(PlacementTest, NeverTakesTheNameOfAnInput) {
   // The input is gone from the folder, so only the comparison of paths protects its name.
-  staged_.stage(bytesOf("new"), "photo.png");
+  staged_.stage(asBytes("new"), "photo.png");
   EXPECT_THAT(placeAll(staged_.outputs(), folder_.path(), {folder_ / "photo.png"}, token_),
               ElementsAre(folder_ / "photo-converted-2.png"));
 }
 
 TEST_F(PlacementTest, RollsBackWhenAnOutputCannotBePlaced) {
   for (const char* name : {"a.txt", "b.txt", "c.txt", "d.txt"}) {
-    staged_.stage(bytesOf("text"), name);
+    staged_.stage(asBytes("text"), name);
   }
   fs::remove(staged_.outputs()[2].file);
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
@@ -91,7 +88,7 @@ TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
   for (int number = 2; number <= Limits::maxNameAttempts; ++number) {
     fs::create_symlink("nowhere", folder_ / ("a-converted-" + std::to_string(number) + ".txt"));
   }
-  staged_.stage(bytesOf("text"), "a.txt");
+  staged_.stage(asBytes("text"), "a.txt");
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
             "Too many output filename collisions. Choose another folder.");
 }
@@ -99,18 +96,18 @@ TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
 TEST_F(PlacementTest, RefusesEmptyAndExcessiveOutputs) {
   EXPECT_EQ(failureText([&] { staged_.stage({}, "a.txt"); }),
             "The conversion produced an empty file.");
-  staged_.stage(bytesOf("x"), "a.txt");
+  staged_.stage(asBytes("x"), "a.txt");
   // Never read: the limit is judged before the first byte is written.
-  const BytesView gigabyte(bytesOf("x").data(), static_cast<std::size_t>(Limits::maxOutputBytes));
+  const BytesView gigabyte(asBytes("x").data(), static_cast<std::size_t>(Limits::maxOutputBytes));
   EXPECT_EQ(failureText([&] { staged_.stage(gigabyte, "b.txt"); }),
             "This job exceeds the 1 GB output safety limit. Process fewer pages or files.");
   EXPECT_EQ(workspace_.names().size(), 1U);
 }
 
 TEST_F(PlacementTest, StopsWhenCancelled) {
-  staged_.stage(bytesOf("x"), "a.txt");
+  staged_.stage(asBytes("x"), "a.txt");
   token_.cancel();
-  EXPECT_EQ(failureText([&] { staged_.stage(bytesOf("x"), "b.txt"); }),
+  EXPECT_EQ(failureText([&] { staged_.stage(asBytes("x"), "b.txt"); }),
             "Cancelled. Your source files are unchanged.");
   EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
             "Cancelled. Your source files are unchanged.");
@@ -141,16 +138,16 @@ TEST(DestinationTest, MustBeWritable) {
         failureText([&] { return prepareDestination(folder.path(), folder / "a.pdf"); });
     ::_exit(text == "The output folder is not writable. Choose another folder." ? 0 : 1);
   };
-  EXPECT_EXIT(asNobody(), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(asNobody(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST(JobWorkspaceTest, IsPrivateAndGoesWithItsContent) {
   const TemporaryFolder folder;
   {
     const JobWorkspace workspace(folder.path());
-    EXPECT_THAT(
-        folder.names(),
-        ElementsAre(testing::MatchesRegex("\\.tolvane-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
+    EXPECT_THAT(folder.names(),
+                ElementsAre(::testing::MatchesRegex(
+                    "\\.tolvane-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}")));
     EXPECT_EQ(fs::status(workspace.path()).permissions(), fs::perms::owner_all);
     fs::create_directories(workspace.path() / "a/b");
   }

@@ -36,7 +36,7 @@ void PrintTo(const SizeCase& c, std::ostream* out) {
   *out << c.page.width << " x " << c.page.height << " turned " << c.page.rotation.value_or(0);
 }
 
-class RenderTest : public testing::TestWithParam<SizeCase> {};
+class RenderTest : public ::testing::TestWithParam<SizeCase> {};
 
 TEST_P(RenderTest, FitsThePixelsToThePage) {
   const TemporaryFolder folder;
@@ -55,7 +55,7 @@ TEST_P(RenderTest, FitsThePixelsToThePage) {
 INSTANTIATE_TEST_SUITE_P(
     Pages,
     RenderTest,
-    testing::Values(
+    ::testing::Values(
         SizeCase{"a4", {.width = 595, .height = 842}, 1190, 1684},
         SizeCase{"letter", {.width = 612, .height = 792}, 1224, 1584},
         SizeCase{"quarterTurn", {.width = 612, .height = 792, .rotation = 90}, 1584, 1224},
@@ -86,8 +86,7 @@ TEST(EncodeTest, ShowsTransparencyAsWhiteInJpegOnly) {
   const Bitmap clear = {16, 16, PixelLayout::rgba, Bytes(std::size_t{16} * 16 * 4, 0)};
   const auto reread = [&](ImageFormat format) {
     const Bytes bytes = encode(clear, format, 0.9);
-    const auto file = folder.write(
-        "picture", std::string(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+    const auto file = folder.write("picture", std::string(asText(bytes)));
     return imageDecoder().decode(file, 16'384);
   };
   const Bitmap jpeg = reread(ImageFormat::jpeg);

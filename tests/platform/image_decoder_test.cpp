@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
+#include <limits>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -346,6 +347,30 @@ TEST_F(ImageDecoderTest, ReportsHugeSizesWithoutDecoding) {
       EXPECT_EQ(found->height, height);
       EXPECT_THROW((void)decoded(content), PlatformError);
     }
+  }
+}
+
+/// A JPEG file that announces the size and holds nothing else.
+std::string jpegHeader(char width, char height) {
+  return "\xFF\xD8\xFF\xC0\0\x0B\x08\0"s + height + '\0' + width + "\1\1\x11\0"s;
+}
+
+TEST_F(ImageDecoderTest, ReportsImpossibleSizesWithoutDecoding) {
+  constexpr int most = std::numeric_limits<int>::max();
+  struct SizeCase {
+    std::string content;
+    int width, height;
+  };
+  for (const SizeCase& c : {SizeCase{pngHeader(0, 7), 0, 7},
+                            SizeCase{pngHeader(7, 0), 7, 0},
+                            SizeCase{pngHeader(0x80000000, 1), most, 1},
+                            SizeCase{pngHeader(1, 0xFFFFFFFF), 1, most},
+                            SizeCase{jpegHeader(5, 0), 5, 0}}) {
+    const auto found = header(c.content);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->width, c.width);
+    EXPECT_EQ(found->height, c.height);
+    EXPECT_THROW((void)decoded(c.content), PlatformError);
   }
 }
 

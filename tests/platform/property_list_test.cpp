@@ -14,8 +14,7 @@ namespace {
 using namespace std::string_literals;
 
 std::optional<PropertyList> parse(std::string_view content) {
-  return PropertyList::parse(
-      BytesView(reinterpret_cast<const std::uint8_t*>(content.data()), content.size()));
+  return PropertyList::parse(asBytes(content));
 }
 
 /// One line that shows the whole list.
@@ -84,6 +83,10 @@ std::string xml(const std::string& content) {
          content + "</plist>\n";
 }
 
+std::string declared(const std::string& encoding, const std::string& text) {
+  return "<?xml version=\"1.0\" " + encoding + "?><plist><string>" + text + "</string></plist>";
+}
+
 struct ListCase {
   const char* label;
   std::string content;
@@ -93,7 +96,7 @@ void PrintTo(const ListCase& c, std::ostream* out) {
   *out << c.label;
 }
 
-class ListTest : public testing::TestWithParam<ListCase> {};
+class ListTest : public ::testing::TestWithParam<ListCase> {};
 TEST_P(ListTest, IsReadOrRefused) {
   EXPECT_EQ(shown(GetParam().content), GetParam().expected);
 }
@@ -106,7 +109,7 @@ const std::string everything =
 INSTANTIATE_TEST_SUITE_P(
     Xml,
     ListTest,
-    testing::Values(
+    ::testing::Values(
         ListCase{"every element",
                  xml(everything),
                  "{a='x';b=<hi!>;c=(other,other,other,other,other,);}"},
@@ -144,72 +147,88 @@ INSTANTIATE_TEST_SUITE_P(
         ListCase{"two values", xml("<true/><true/>"), "refused"},
         ListCase{"no value", xml(""), "refused"},
         ListCase{"no list", "<html></html>", "refused"},
-        ListCase{"not UTF-8", xml("<string>\xE9</string>"), "refused"}));
+        ListCase{"not UTF-8", xml("<string>\xE9</string>"), "refused"},
+        ListCase{"Latin 1", declared("encoding=\"ISO-8859-1\"", "\xE9\x92"), "'é\u0092'"},
+        ListCase{"Windows Latin", declared("encoding = 'Windows-1252' ", "\xE9\x92"), "'é’'"},
+        ListCase{"Mac Roman", declared("encoding=\"macintosh\"", "\x8E\xD5"), "'é’'"},
+        ListCase{"no name", declared("encoding=", "\xE9"), "refused"},
+        ListCase{"unfinished name", declared("encoding=\"macintosh", "\xE9"), "refused"},
+        ListCase{"Latin 1 behind a UTF-8 mark",
+                 "\xEF\xBB\xBF" + declared("encoding=\"ISO-8859-1\"", "é"),
+                 "'é'"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Text,
     ListTest,
-    testing::Values(ListCase{"dictionary",
-                             "// c\n{ \"UTI Data\" = { a.b-c = \"hi\"; }; /* ; */ 'd'=e; }\n",
-                             "{UTI Data={a.b-c='hi';};d='e';}"},
-                    ListCase{"list", "(a, (b), <6869 2 1>, {}, )", "refused"},
-                    ListCase{"nested list", "(a, (b), <6869 21>, {}, )", "('a',('b',),<hi!>,{},)"},
-                    ListCase{"data at the top", "<6869>", "<hi>"},
-                    ListCase{"letters escaped", R"("\n\t\"\\\'\q")", "'\n\t\"\\'q'"},
-                    ListCase{"units escaped", R"("\U00e9\uD83D\uDE00\U41g")", "'é😀Ag'"},
-                    ListCase{"lone surrogate", R"("\Ud83dx")", "'\uFFFDx'"},
-                    ListCase{"octal", R"("\101\12\351\12x")", "'A\nØ\nx'"},
-                    ListCase{"raw characters", "\"é\"", "'é'"},
-                    ListCase{"UTF-16", utf16("{a=b;}"), "{a='b';}"},
-                    ListCase{"word", "hello", "'hello'"},
-                    ListCase{"address", "http://a.b/c", "'http://a.b/c'"},
-                    ListCase{"prose", "just text", "refused"},
-                    ListCase{"JSON", "{\"UTI-Data\":{}}", "refused"},
-                    ListCase{"no semicolon", "{a=b}", "refused"},
-                    ListCase{"no comma", "(a b)", "refused"},
-                    ListCase{"unfinished text", "{a=\"b;}", "refused"},
-                    ListCase{"unfinished comment", "a /* b", "refused"},
-                    ListCase{"half a byte", "<686>", "refused"},
-                    ListCase{"empty", "", "refused"},
-                    ListCase{"blanks", " \n", "refused"}));
+    ::testing::Values(ListCase{"dictionary",
+                               "// c\n{ \"UTI Data\" = { a.b-c = \"hi\"; }; /* ; */ 'd'=e; }\n",
+                               "{UTI Data={a.b-c='hi';};d='e';}"},
+                      ListCase{"list", "(a, (b), <6869 2 1>, {}, )", "refused"},
+                      ListCase{
+                          "nested list", "(a, (b), <6869 21>, {}, )", "('a',('b',),<hi!>,{},)"},
+                      ListCase{"data at the top", "<6869>", "<hi>"},
+                      ListCase{"letters escaped", R"("\n\t\"\\\'\q")", "'\n\t\"\\'q'"},
+                      ListCase{"units escaped", R"("\U00e9\uD83D\uDE00\U41g")", "'é😀Ag'"},
+                      ListCase{"lone surrogate", R"("\Ud83dx")", "'\uFFFDx'"},
+                      ListCase{"octal", R"("\101\12\351\12x")", "'A\nØ\nx'"},
+                      ListCase{"raw characters", "\"é\"", "'é'"},
+                      ListCase{"UTF-16", utf16("{a=b;}"), "{a='b';}"},
+                      ListCase{"word", "hello", "'hello'"},
+                      ListCase{"address", "http://a.b/c", "'http://a.b/c'"},
+                      ListCase{"prose", "just text", "refused"},
+                      ListCase{"JSON", "{\"UTI-Data\":{}}", "refused"},
+                      ListCase{"no semicolon", "{a=b}", "refused"},
+                      ListCase{"no braces",
+                               "// c\n\"UTI-Data\" = { a = <6869>; };\nb = (c);\n",
+                               "{UTI-Data={a=<hi>;};b=('c',);}"},
+                      ListCase{"no braces, no semicolon", "a = b", "refused"},
+                      ListCase{"no opening brace", "a = b; }", "refused"},
+                      ListCase{"members after braces", "{ a = b; } c = d;", "refused"},
+                      ListCase{"data as a key", "<6869> = a;", "refused"},
+                      ListCase{"no comma", "(a b)", "refused"},
+                      ListCase{"unfinished text", "{a=\"b;}", "refused"},
+                      ListCase{"unfinished comment", "a /* b", "refused"},
+                      ListCase{"half a byte", "<686>", "refused"},
+                      ListCase{"empty", "", "refused"},
+                      ListCase{"blanks", " \n", "refused"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Binary,
     ListTest,
-    testing::Values(ListCase{"dictionary",
-                             binary({"\xD2\1\2\3\4"s, "\x51k", "\x51m", "\x42hi", "\x09"}),
-                             "{k=<hi>;m=other;}"},
-                    ListCase{"UTF-16", binary({"\x63\0\xE9\xD8\x3D\xDE\0"s}), "'é😀'"},
-                    ListCase{"lone surrogate", binary({"\x61\xD8\x3D"}), "'\uFFFD'"},
-                    ListCase{"long count",
-                             binary({"\x5F\x10\x10"
-                                     "0123456789abcdef"}),
-                             "'0123456789abcdef'"},
-                    ListCase{"other values",
-                             binary({"\xA5\1\2\3\4\5"s,
-                                     "\x10\x01",
-                                     "\x22"s + std::string(4, '\0'),
-                                     "\x33"s + std::string(8, '\0'),
-                                     "\x80\x01"s,
-                                     "\x00"s}),
-                             "(other,other,other,other,other,)"},
-                    ListCase{"wide references", binary({"\xA1\0\1"s, "\x51k"}, 2), "('k',)"},
-                    ListCase{"shared text", binary({"\xA3\1\1\1"s, "\x51k"}), "('k','k','k',)"},
-                    ListCase{"list in itself", binary({"\xA1\0"s}), "refused"},
-                    ListCase{"dictionary in itself", binary({"\xD1\1\0"s, "\x51k"}), "refused"},
-                    ListCase{
-                        "long circle", binary({"\xA2\1\1"s, "\xA2\2\2"s, "\xA2\0\0"s}), "refused"},
-                    ListCase{"reference past the objects", binary({"\xA1\2"s, "\x51k"}), "refused"},
-                    ListCase{"key that is no text", binary({"\xD1\1\1"s, "\x09"}), "refused"},
-                    ListCase{"content past the objects", binary({"\x4Fhi"}), "refused"},
-                    ListCase{"count past the objects",
-                             binary({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}),
-                             "refused"},
-                    ListCase{"not ASCII", binary({"\x51\xE9"}), "refused"},
-                    ListCase{"unknown type", binary({"\x70"s}), "refused"},
-                    ListCase{"no objects", binary({}), "refused"},
-                    ListCase{"references of no size", binary({"\xA1\1"s, "\x09"}, 0), "refused"},
-                    ListCase{"references too wide", binary({"\xA1\1"s, "\x09"}, 9), "refused"}));
+    ::testing::Values(
+        ListCase{"dictionary",
+                 binary({"\xD2\1\2\3\4"s, "\x51k", "\x51m", "\x42hi", "\x09"}),
+                 "{k=<hi>;m=other;}"},
+        ListCase{"UTF-16", binary({"\x63\0\xE9\xD8\x3D\xDE\0"s}), "'é😀'"},
+        ListCase{"lone surrogate", binary({"\x61\xD8\x3D"}), "'\uFFFD'"},
+        ListCase{"long count",
+                 binary({"\x5F\x10\x10"
+                         "0123456789abcdef"}),
+                 "'0123456789abcdef'"},
+        ListCase{"other values",
+                 binary({"\xA5\1\2\3\4\5"s,
+                         "\x10\x01",
+                         "\x22"s + std::string(4, '\0'),
+                         "\x33"s + std::string(8, '\0'),
+                         "\x80\x01"s,
+                         "\x00"s}),
+                 "(other,other,other,other,other,)"},
+        ListCase{"wide references", binary({"\xA1\0\1"s, "\x51k"}, 2), "('k',)"},
+        ListCase{"shared text", binary({"\xA3\1\1\1"s, "\x51k"}), "('k','k','k',)"},
+        ListCase{"list in itself", binary({"\xA1\0"s}), "refused"},
+        ListCase{"dictionary in itself", binary({"\xD1\1\0"s, "\x51k"}), "refused"},
+        ListCase{"long circle", binary({"\xA2\1\1"s, "\xA2\2\2"s, "\xA2\0\0"s}), "refused"},
+        ListCase{"reference past the objects", binary({"\xA1\2"s, "\x51k"}), "refused"},
+        ListCase{"key that is no text", binary({"\xD1\1\1"s, "\x09"}), "refused"},
+        ListCase{"content past the objects", binary({"\x4Fhi"}), "refused"},
+        ListCase{"count past the objects",
+                 binary({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}),
+                 "refused"},
+        ListCase{"not ASCII", binary({"\x51\xE9"}), "refused"},
+        ListCase{"unknown type", binary({"\x70"s}), "refused"},
+        ListCase{"no objects", binary({}), "refused"},
+        ListCase{"references of no size", binary({"\xA1\1"s, "\x09"}, 0), "refused"},
+        ListCase{"references too wide", binary({"\xA1\1"s, "\x09"}, 9), "refused"}));
 
 TEST(PropertyListLimits, RefusesDeepNestingQuickly) {
   constexpr std::size_t depth = 300'000;

@@ -14,10 +14,6 @@ namespace {
 
 using namespace std::string_literals;
 
-BytesView bytesOf(std::string_view text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 struct Utf8Case {
   const char* label;
   std::string bytes;
@@ -53,20 +49,20 @@ const Utf8Case utf8Cases[] = {
     {"Latin-1", "caf\xE9", false},
 };
 
-class Utf8Test : public testing::TestWithParam<Utf8Case> {};
+class Utf8Test : public ::testing::TestWithParam<Utf8Case> {};
 
 /// At every place of a longer text: blocks of ASCII are passed over in one step.
 TEST_P(Utf8Test, IsJudgedTheSameAnywhere) {
   for (std::size_t before = 0; before < 70; ++before) {
     const std::string text = std::string(before, 'a') + GetParam().bytes;
     const std::string enclosed = text + std::string(40, 'b');
-    EXPECT_EQ(TextEncoding::isUtf8(bytesOf(text)), GetParam().isValid) << before;
-    EXPECT_EQ(TextEncoding::isUtf8(bytesOf(enclosed)), GetParam().isValid) << before;
+    EXPECT_EQ(TextEncoding::isUtf8(asBytes(text)), GetParam().isValid) << before;
+    EXPECT_EQ(TextEncoding::isUtf8(asBytes(enclosed)), GetParam().isValid) << before;
   }
-  EXPECT_EQ(TextEncoding::fromUtf8(bytesOf(GetParam().bytes)),
+  EXPECT_EQ(TextEncoding::fromUtf8(asBytes(GetParam().bytes)),
             GetParam().isValid ? std::optional(GetParam().bytes) : std::nullopt);
 }
-INSTANTIATE_TEST_SUITE_P(All, Utf8Test, testing::ValuesIn(utf8Cases));
+INSTANTIATE_TEST_SUITE_P(All, Utf8Test, ::testing::ValuesIn(utf8Cases));
 
 struct Utf16Case {
   const char* label;
@@ -93,17 +89,17 @@ const Utf16Case utf16Cases[] = {
     {"pair in the wrong order", "\0\xDE\x3D\xD8"s, std::nullopt},
 };
 
-class Utf16Test : public testing::TestWithParam<Utf16Case> {};
+class Utf16Test : public ::testing::TestWithParam<Utf16Case> {};
 TEST_P(Utf16Test, IsStrict) {
-  EXPECT_EQ(TextEncoding::fromUtf16(bytesOf(GetParam().bytes)), GetParam().expected);
+  EXPECT_EQ(TextEncoding::fromUtf16(asBytes(GetParam().bytes)), GetParam().expected);
 }
-INSTANTIATE_TEST_SUITE_P(All, Utf16Test, testing::ValuesIn(utf16Cases));
+INSTANTIATE_TEST_SUITE_P(All, Utf16Test, ::testing::ValuesIn(utf16Cases));
 
 TEST(MacRoman, HasACharacterForEveryByte) {
-  EXPECT_EQ(TextEncoding::fromMacRoman(bytesOf("caf\x8E\n\xD0\xDB\xC9")), "café\n–€…");
+  EXPECT_EQ(TextEncoding::fromMacRoman(asBytes("caf\x8E\n\xD0\xDB\xC9")), "café\n–€…");
   for (int byte = 0; byte < 256; ++byte) {
     const std::string only(1, static_cast<char>(byte));
-    const std::string text = TextEncoding::fromMacRoman(bytesOf(only));
+    const std::string text = TextEncoding::fromMacRoman(asBytes(only));
     EXPECT_FALSE(text.empty()) << byte;
     EXPECT_NE(text, "\uFFFD") << byte;
   }
@@ -139,14 +135,14 @@ const CodePageCase codePageCases[] = {
     {65001, "a\xFFz", "a\uFFFDz"},
 };
 
-class CodePageTest : public testing::TestWithParam<CodePageCase> {};
+class CodePageTest : public ::testing::TestWithParam<CodePageCase> {};
 TEST_P(CodePageTest, DecodesAndReplacesWhatIsMalformed) {
   const CodePage codePage(GetParam().number);
   std::string text = "before ";
-  codePage.append(bytesOf(GetParam().bytes), text);
+  codePage.append(asBytes(GetParam().bytes), text);
   EXPECT_EQ(text, "before " + std::string(GetParam().expected));
 }
-INSTANTIATE_TEST_SUITE_P(All, CodePageTest, testing::ValuesIn(codePageCases));
+INSTANTIATE_TEST_SUITE_P(All, CodePageTest, ::testing::ValuesIn(codePageCases));
 
 TEST(CodePage, DecodesRunsLongerThanItsBuffer) {
   std::string bytes;
@@ -156,7 +152,7 @@ TEST(CodePage, DecodesRunsLongerThanItsBuffer) {
     expected += "テ";
   }
   std::string text;
-  CodePage(932).append(bytesOf(bytes), text);
+  CodePage(932).append(asBytes(bytes), text);
   EXPECT_EQ(text, expected);
 }
 

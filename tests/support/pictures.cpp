@@ -11,8 +11,7 @@ namespace {
 
 void write(const std::filesystem::path& file, BytesView bytes) {
   std::ofstream stream(file, std::ios::binary);
-  stream.write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
+  stream << asText(bytes);
 }
 
 std::uint32_t crc32(BytesView bytes) {

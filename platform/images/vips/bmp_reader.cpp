@@ -143,7 +143,7 @@ Bitmap unpadded(const GdkPixbuf* picture) {
 }  // namespace
 
 bool recognizes(BytesView start) {
-  return start.size() >= 2 && start[0] == 'B' && start[1] == 'M';
+  return startsWith(start, "BM");
 }
 
 std::optional<ImageHeader> header(const fs::path& file) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,6 +18,7 @@
 #include "platform/images/image_limits.h"
 #include "platform/images/orientation.h"
 #include "platform/images/vips/bmp_reader.h"
+#include "platform/images/vips/trusted_readers.h"
 #include "platform/images/vips/vips_library.h"
 
 namespace tolvane {
@@ -24,6 +26,8 @@ namespace tolvane {
 namespace {
 
 namespace fs = std::filesystem;
+using TrustedReaders::Kind;
+using TrustedReaders::Reader;
 using vips::VImage;
 
 struct Size {
@@ -44,47 +48,34 @@ Size fitted(Size stored, int limit) {
   return {scaled(stored.width), scaled(stored.height)};
 }
 
-enum class Kind { jpeg, png, gif, tiff, webp, heif, jp2 };
-
-struct Reader {
-  std::string_view loader;  ///< how the names of the library's loaders start
-  Kind kind;
-  const char* extension;
-};
-
-constexpr std::array<Reader, 7> readers = {{{"VipsForeignLoadJpeg", Kind::jpeg, "jpeg"},
-                                            {"VipsForeignLoadPng", Kind::png, "png"},
-                                            {"VipsForeignLoadNsgif", Kind::gif, "gif"},
-                                            {"VipsForeignLoadTiff", Kind::tiff, "tiff"},
-                                            {"VipsForeignLoadWebp", Kind::webp, "webp"},
-                                            {"VipsForeignLoadHeif", Kind::heif, "heif"},
-                                            {"VipsForeignLoadJp2k", Kind::jp2, "jp2"}}};
-
 /// A picture whose header is read and whose pixels are not.
 struct OpenPicture {
   VImage image;
   Reader reader;
 };
 
+/// Takes the name as it is; elsewhere the library reads options from brackets in it.
+vips::VSource sourceOf(const fs::path& file) {
+  return vips::VSource::new_from_file(file.c_str());
+}
+
 /// By the content; the library also knows the names of loaders that it may not use.
-const Reader& readerOf(const vips::VSource& source) {
+/// @return nullptr when the content is no image of a trusted kind.
+const Reader* readerOf(const vips::VSource& source) {
   const char* loader = vips_foreign_find_load_source(source.get_source());
-  const auto* const reader =
-      std::find_if(readers.begin(), readers.end(), [&](const Reader& candidate) {
-        return loader != nullptr && std::string_view(loader).starts_with(candidate.loader);
-      });
-  if (reader == readers.end()) {
+  if (loader == nullptr) {
     vips_error_clear();
-    throw PlatformError("The file is no image of a known kind.");
+    return nullptr;
   }
-  return *reader;
+  const auto* const reader = std::find_if(
+      TrustedReaders::all.begin(), TrustedReaders::all.end(), [&](const Reader& candidate) {
+        return std::string_view(loader).starts_with(candidate.loader);
+      });
+  return reader == TrustedReaders::all.end() ? nullptr : reader;
 }
 
 /// @param shrink 1, 2, 4 or 8; above 1 only for JPEG.
-OpenPicture open(const fs::path& file, int shrink = 1) {
-  // A source takes the name as it is; elsewhere the library reads options from brackets in it.
-  const vips::VSource source = vips::VSource::new_from_file(file.c_str());
-  const Reader& reader = readerOf(source);
+OpenPicture open(const vips::VSource& source, const Reader& reader, int shrink = 1) {
   vips::VOption* options =
       VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
   if (shrink > 1) {
@@ -215,8 +206,28 @@ Bitmap decodeBmp(const fs::path& file, int maxDimension) {
       image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB)), target)));
 }
 
+std::optional<ImageHeader> headerOf(const fs::path& file) {
+  const vips::VSource source = sourceOf(file);
+  const Reader* reader = readerOf(source);
+  if (reader == nullptr) {
+    return std::nullopt;
+  }
+  try {
+    const OpenPicture picture = open(source, *reader);
+    return ImageHeader{picture.image.width(), picture.image.height(), extensionOf(picture)};
+  } catch (const vips::VError&) {
+    vips_error_clear();
+    return std::nullopt;  // it starts like an image, and no more
+  }
+}
+
 Bitmap decodePicture(const fs::path& file, int maxDimension) {
-  OpenPicture picture = open(file);
+  const vips::VSource source = sourceOf(file);
+  const Reader* reader = readerOf(source);
+  if (reader == nullptr) {
+    throw PlatformError("The file is no image of a known kind.");
+  }
+  OpenPicture picture = open(source, *reader);
   const Size stored{picture.image.width(), picture.image.height()};
   if (!isWithinDecodingLimit(stored.width, stored.height)) {
     throw beyondDecodingLimit();
@@ -224,7 +235,7 @@ Bitmap decodePicture(const fs::path& file, int maxDimension) {
   const Size target = fitted(stored, maxDimension);
   const int orientation = orientationOf(picture.image);
   if (const int shrink = shrinkAtReading(picture, target); shrink > 1) {
-    picture = open(file, shrink);
+    picture = open(sourceOf(file), *reader, shrink);
   }
   return Orientation::upright(pixelsOf(onScreen(scaled(picture.image, target))), orientation);
 }
@@ -247,18 +258,7 @@ bool isBmp(const fs::path& file) {
 class VipsDecoder final : public ImageDecoder {
  public:
   std::optional<ImageHeader> probe(const fs::path& file) override {
-    VipsLibrary::start();
-    if (isBmp(file)) {
-      return BmpReader::header(file);
-    }
-    try {
-      return inOurWords([&] {
-        const OpenPicture picture = open(file);
-        return ImageHeader{picture.image.width(), picture.image.height(), extensionOf(picture)};
-      });
-    } catch (const PlatformError&) {
-      return std::nullopt;
-    }
+    return inOurWords([&] { return isBmp(file) ? BmpReader::header(file) : headerOf(file); });
   }
 
   Bitmap decode(const fs::path& file, int maxDimension) override {

@@ -1,24 +1,15 @@
 #include "platform/images/vips/vips_library.h"
 
 #include <algorithm>
-#include <array>
 #include <thread>
 
 #include <vips/vips.h>
 
+#include "platform/images/vips/trusted_readers.h"
+
 namespace tolvane::VipsLibrary {
 
 namespace {
-
-/// Text files, drawings and documents also have readers in the library; a file reaches one of these
-/// only by its content.
-constexpr std::array<const char*, 7> trustedReaders = {"VipsForeignLoadJpeg",
-                                                       "VipsForeignLoadPng",
-                                                       "VipsForeignLoadNsgif",
-                                                       "VipsForeignLoadTiff",
-                                                       "VipsForeignLoadWebp",
-                                                       "VipsForeignLoadHeif",
-                                                       "VipsForeignLoadJp2k"};
 
 void ignoreMessage(const char* /*domain*/,
                    GLogLevelFlags /*level*/,
@@ -37,8 +28,8 @@ bool startOnce() {
     throw takeError();
   }
   vips_operation_block_set("VipsForeignLoad", TRUE);
-  for (const char* reader : trustedReaders) {
-    vips_operation_block_set(reader, FALSE);
+  for (const TrustedReaders::Reader& reader : TrustedReaders::all) {
+    vips_operation_block_set(reader.loader, FALSE);
   }
   vips_cache_set_max(0);
   // More threads than this wait for the one that decodes.
