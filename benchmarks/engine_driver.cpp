@@ -147,7 +147,8 @@ double timed(const fs::path& folder, const std::function<bool()>& run) {
 }
 
 void timeRuns(int rounds, const Engine& engine) {
-  const EngineProcess::Environment environment = inherited();
+  EngineProcess::Environment environment = inherited();
+  environment["TMPDIR"] = engine.folder;
   const std::vector<std::function<bool()>> ways = {
       [&] { return runBare(withArguments({}, engine), engine.folder); },
       [&] { return runByBubblewrap(engine); },

@@ -101,7 +101,7 @@ std::vector<std::string> assignments(const EngineProcess::Environment& environme
   std::vector<std::string> texts;
   texts.reserve(environment.size());
   for (const auto& [name, value] : environment) {
-    texts.push_back(name + "=" + value);
+    texts.emplace_back(name).append("=").append(value);
   }
   return texts;
 }

@@ -2,6 +2,11 @@
 
 #include <cstddef>
 
+#if !defined(__clang__)
+// Goes with -fno-builtin, which does not stop this compiler from seeing memcpy in a loop.
+#pragma GCC optimize("no-tree-loop-distribute-patterns")
+#endif
+
 // The kernel leaves the number of arguments, the arguments and the environment on the stack.
 #if defined(__x86_64__)
 __asm__(
