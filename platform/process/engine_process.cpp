@@ -10,6 +10,7 @@
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "platform/files/platform_error.h"
@@ -100,7 +101,7 @@ std::vector<std::string> assignments(const EngineProcess::Environment& environme
   std::vector<std::string> texts;
   texts.reserve(environment.size());
   for (const auto& [name, value] : environment) {
-    texts.push_back(name + "=" + value);
+    texts.emplace_back(name).append("=").append(value);
   }
   return texts;
 }
@@ -153,6 +154,13 @@ std::string waitingReport(int pipe) {
     text.append(buffer.data(), static_cast<std::size_t>(count));
   }
   return text;
+}
+
+/// @param trouble an error number, a space and what could not be done.
+std::string sentence(const std::string& trouble) {
+  const std::size_t space = std::min(trouble.find(' '), trouble.size() - 1);
+  return trouble.substr(space + 1) + ": " +
+         std::generic_category().message(std::atoi(trouble.c_str())) + ".";
 }
 
 /// Nothing that the engine starts outlives its helper, unless somebody kills the helper itself.
@@ -223,7 +231,7 @@ int EngineProcess::exitStatus() {
   const std::string trouble(hasStarted && lineEnd != report.end() ? lineEnd + 1 : report.begin(),
                             report.end());
   if (!trouble.empty()) {
-    throw PlatformError("Could not start the engine. " + trouble + ".");
+    throw PlatformError("Could not start the engine. " + sentence(trouble));
   }
   if (!hasStarted) {
     throw PlatformError("Could not start the engine. Its confinement failed.");

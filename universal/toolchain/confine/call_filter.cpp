@@ -5,8 +5,6 @@
 #include <cstddef>
 #include <linux/seccomp.h>
 #include <sys/prctl.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include "platform/process/engine_filters.h"
 #include "universal/toolchain/confine/report.h"
@@ -21,22 +19,22 @@ void load(std::span<const sock_filter> steps) {
   // The kernel copies the program; its interface only lacks the const.
   const sock_fprog program = {static_cast<unsigned short>(steps.size()),
                               const_cast<sock_filter*>(steps.data())};
-  Report::check(::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), "system call filter");
+  Report::check(Kernel::call(SYS_prctl, PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program),
+                "system call filter");
 }
 
 const EngineFilters::Program& programFor(const Options& options, int pathRules) {
   const EngineFilters::Program* best = nullptr;
   for (const EngineFilters::Program& program : EngineFilters::all) {
     // The programs stand in the order of the versions.
-    if (program.officeSockets == !options.sockets.empty() &&
+    if (program.officeSockets == (options.sockets != nullptr) &&
         program.refusesMetadata == (options.metadata == Metadata::refused) &&
         program.pathRules <= pathRules) {
       best = &program;
     }
   }
   if (best == nullptr) {
-    errno = ENOSYS;
-    Report::fail("system call filter");
+    Report::fail(ENOSYS, "system call filter");
   }
   return *best;
 }
@@ -44,7 +42,7 @@ const EngineFilters::Program& programFor(const Options& options, int pathRules) 
 /// abort() and raise() signal a thread of their own process with tgkill, so that call cannot go
 /// altogether; where the kernel does not keep signals inside, it is left to this process only.
 void refuseSignalsToOtherThreads() {
-  const auto self = static_cast<unsigned>(::getpid());
+  const auto self = static_cast<unsigned>(Kernel::call(SYS_getpid));
   constexpr unsigned nextWhenEqual = 0;
   const std::array<sock_filter, 6> steps = {{
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),

@@ -3,18 +3,16 @@
 //
 // No single layer of the kernel gives that. Mounts do not stop sockets, FIFOs and devices; the path
 // rules (Landlock) do not know permissions, owners, times and attributes; a system-call filter sees
-// no paths. So the three are stacked here, in a static program of its own that costs less than a
-// millisecond, rather than in the host, which is too large to be forked.
+// no paths. So the three are stacked here, in a program of its own that costs half a millisecond,
+// rather than in the host, which is too large to be forked.
 
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/prctl.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "universal/toolchain/confine/call_filter.h"
@@ -31,7 +29,7 @@ namespace {
 
 /// Keeps standard input, output, error and the report.
 void closeOtherDescriptors() {
-  Report::check(::syscall(SYS_close_range, Report::descriptor + 1, ~0U, 0), "close_range");
+  Report::check(Kernel::call(SYS_close_range, Report::descriptor + 1, ~0U, 0), "close_range");
 }
 
 /// An inherited terminal could be typed into, read from and asked for passwords. The device is
@@ -39,65 +37,66 @@ void closeOtherDescriptors() {
 /// from outside.
 void readNothing() {
   constexpr const char* nothing = "/dev/null";
-  ::close(STDIN_FILENO);
-  Report::check(::open(nothing, O_RDONLY), nothing);  // takes the lowest free number
+  Kernel::call(SYS_close, STDIN_FILENO);
+  Report::check(Kernel::call(SYS_openat, AT_FDCWD, nothing, O_RDONLY),
+                nothing);  // takes the lowest free number
 }
 
 /// A crashed engine would write its memory, and with it the user's document, to wherever the system
 /// keeps such images.
 void writeNoCoreFile() {
   const rlimit none = {0, 0};
-  Report::check(::setrlimit(RLIMIT_CORE, &none), "core limit");
+  Report::check(Kernel::call(SYS_prlimit64, 0, RLIMIT_CORE, &none, nullptr), "core limit");
 }
 
 void confine(const Options& options) {
   const int pathRules = std::min(PathRules::version(), options.newestPathRules);
   if (pathRules < 1) {
-    errno = ENOSYS;
-    Report::fail("Landlock");
+    Report::fail(ENOSYS, "Landlock");
   }
-  Report::check(::chdir(options.folder.c_str()), options.folder);
+  Report::check(Kernel::call(SYS_chdir, options.folder), options.folder);
   readNothing();
   writeNoCoreFile();
-  Report::check(::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), "no new privileges");
+  Report::check(Kernel::call(SYS_prctl, PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), "no new privileges");
   PathRules::apply(options, pathRules);
   applyCallFilter(options, pathRules);
 }
 
-[[noreturn]] void become(char** engine) {
-  ::execv(engine[0], engine);
-  Report::fail(engine[0]);
+[[noreturn]] void become(char** engine, char** environment) {
+  Report::check(Kernel::call(SYS_execve, engine[0], engine, environment), engine[0]);
+  Kernel::exit(0);  // not reached: when it does not fail, it does not return
 }
 
-[[noreturn]] void run(const Options& options) {
+[[noreturn]] void run(const Options& options, char** environment) {
   closeOtherDescriptors();
-  const pid_t supervisor = options.host ? Supervisor::splitOff(*options.host) : ::getppid();
+  const pid_t supervisor = options.host ? Supervisor::splitOff(*options.host) : Kernel::parent();
   if (!options.confines) {
     // The program in between must outlive the polite end, or the engine would get no chance to use
     // it.
-    ::signal(SIGTERM, SIG_IGN);
+    Kernel::handle(SIGTERM, SIG_IGN);
     Supervisor::endWith(supervisor);
-    become(options.engine);
+    become(options.engine, environment);
   }
-  ::signal(SIGTERM, SIG_DFL);
+  Kernel::handle(SIGTERM, SIG_DFL);
   if (options.ownMounts) {
     makeOwnMounts(options);
   }
   Supervisor::endWith(supervisor);
-  Report::check(::fcntl(Report::descriptor, F_SETFD, FD_CLOEXEC), "report");
+  Report::check(Kernel::call(SYS_fcntl, Report::descriptor, F_SETFD, FD_CLOEXEC), "report");
   confine(options);
   Report::engineStarts();
-  become(options.engine);
+  become(options.engine, environment);
 }
 
 }  // namespace
 
 }  // namespace tolvane::confine
 
-int main(int count, char** arguments) {
+/// Called by the program's first instructions.
+extern "C" [[noreturn]] void startHere(long count, char** arguments, char** environment) {
   using namespace tolvane::confine;  // NOLINT(google-build-using-namespace)
   if (count == 4 && std::string_view(arguments[1]) == "--trial") {
-    return Trial::run(arguments[2], arguments[3]);
+    Kernel::exit(Trial::run(arguments[2], arguments[3]));
   }
-  run(readOptions(arguments));
+  run(readOptions(arguments), environment);
 }

@@ -1,9 +1,9 @@
 #include "universal/toolchain/confine/options.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
 
+#include "universal/toolchain/confine/decimal.h"
 #include "universal/toolchain/confine/report.h"
 
 namespace tolvane::confine {
@@ -11,8 +11,7 @@ namespace tolvane::confine {
 namespace {
 
 [[noreturn]] void refuse(std::string_view argument) {
-  errno = EINVAL;
-  Report::fail(argument);
+  Report::fail(EINVAL, argument);
 }
 
 bool readFlag(std::string_view name, Options& options) {
@@ -30,9 +29,9 @@ bool readFlag(std::string_view name, Options& options) {
 
 void readValue(std::string_view name, const char* value, Options& options) {
   if (name == "--supervise") {
-    options.host = std::atoi(value);
+    options.host = Decimal::read(value);
   } else if (name == "--path-rules-at-most") {
-    options.newestPathRules = std::atoi(value);
+    options.newestPathRules = Decimal::read(value);
   } else if (name == "--folder") {
     options.folder = value;
   } else if (name == "--root") {

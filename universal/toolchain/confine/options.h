@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <sys/types.h>
 
 namespace tolvane::confine {
@@ -18,12 +17,12 @@ struct Options {
   bool confines = true;                 // --delegate: the program that is started confines
   bool ownMounts = false;               // --own-mounts
   Metadata metadata = Metadata::ruled;  // --refuse-metadata
-  int newestPathRules = 1000;  // --path-rules-at-most: behaves as on a kernel of that version
-  std::string folder;          // --folder: the working directory
-  std::string root;            // --root: may be written
-  std::string sockets;         // --sockets: may be written and hold sockets; empty for none
-  std::string cover;           // --cover: where the socket folder is shown as well
-  char** engine = nullptr;     // what follows --, ended by a null pointer
+  int newestPathRules = 1000;     // --path-rules-at-most: behaves as on a kernel of that version
+  const char* folder = ".";       // --folder: the working directory
+  const char* root = nullptr;     // --root: may be written
+  const char* sockets = nullptr;  // --sockets: may be written and hold sockets; null for none
+  const char* cover = nullptr;    // --cover: where the socket folder is shown as well
+  char** engine = nullptr;        // what follows --, ended by a null pointer
 };
 
 /// Ends the process with a report when the arguments make no sense.

@@ -1,12 +1,8 @@
 #include "universal/toolchain/confine/path_rules.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include "universal/toolchain/confine/report.h"
 
@@ -54,6 +50,10 @@ std::uint64_t everyRight(int version) {
   return rights;
 }
 
+Kernel::Answer addRule(int rules, const BelowPath& below) {
+  return Kernel::call(SYS_landlock_add_rule, rules, ruleBelowPath, &below, 0);
+}
+
 int createRuleset(int version) {
   const Ruleset ruleset = {everyRight(version),
                            version >= 4 ? bindAndConnect : 0,
@@ -65,47 +65,47 @@ int createRuleset(int version) {
   } else if (version >= 4) {
     size = 2 * sizeof(std::uint64_t);
   }
-  const long rules = ::syscall(SYS_landlock_create_ruleset, &ruleset, size, 0);
+  const Kernel::Answer rules = Kernel::call(SYS_landlock_create_ruleset, &ruleset, size, 0);
   Report::check(rules, "landlock_create_ruleset");
   return static_cast<int>(rules);
 }
 
-void allow(int rules, const std::string& path, std::uint64_t rights) {
-  const int place = ::open(path.c_str(), O_PATH | O_CLOEXEC);
-  if (place < 0 && errno == ENOENT) {
+void allow(int rules, const char* path, std::uint64_t rights) {
+  const Kernel::Answer place = Kernel::call(SYS_openat, AT_FDCWD, path, O_PATH | O_CLOEXEC);
+  if (place == -ENOENT) {
     return;  // what is not there cannot be written anyway
   }
   Report::check(place, path);
-  struct stat status = {};
-  Report::check(::fstat(place, &status), path);
-  if (!S_ISDIR(status.st_mode)) {
-    rights &= writeFile | truncate;
+  const BelowPath below = {rights, static_cast<std::int32_t>(place)};
+  Kernel::Answer added = addRule(rules, below);
+  if (added == -EINVAL) {
+    // A file has no rights that only folders can have.
+    added = addRule(rules, {rights & (writeFile | truncate), below.parent});
   }
-  const BelowPath below = {rights, place};
-  Report::check(::syscall(SYS_landlock_add_rule, rules, ruleBelowPath, &below, 0), path);
-  ::close(place);
+  Report::check(added, path);
+  Kernel::call(SYS_close, place);
 }
 
 }  // namespace
 
 int version() {
   constexpr unsigned askVersion = 1;
-  const long version = ::syscall(SYS_landlock_create_ruleset, nullptr, 0, askVersion);
-  return static_cast<int>(std::max(version, 0L));
+  const Kernel::Answer version = Kernel::call(SYS_landlock_create_ruleset, nullptr, 0, askVersion);
+  return version < 0 ? 0 : static_cast<int>(version);
 }
 
 void apply(const Options& options, int version) {
   const int rules = createRuleset(version);
   const std::uint64_t every = everyRight(version);
   const std::uint64_t inside = every & ~(makeCharacterDevice | makeBlockDevice | controlDevice);
-  for (const std::string& place : {options.root, options.sockets, options.cover}) {
-    if (!place.empty()) {
+  for (const char* place : {options.root, options.sockets, options.cover}) {
+    if (place != nullptr) {
       allow(rules, place, inside);
     }
   }
   allow(rules, "/dev/null", every & (writeFile | truncate));
-  Report::check(::syscall(SYS_landlock_restrict_self, rules, 0), "landlock_restrict_self");
-  ::close(rules);
+  Report::check(Kernel::call(SYS_landlock_restrict_self, rules, 0), "landlock_restrict_self");
+  Kernel::call(SYS_close, rules);
 }
 
 }  // namespace tolvane::confine::PathRules

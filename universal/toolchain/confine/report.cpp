@@ -1,9 +1,6 @@
 #include "universal/toolchain/confine/report.h"
 
-#include <cerrno>
-#include <cstring>
-#include <string>
-#include <unistd.h>
+#include "universal/toolchain/confine/decimal.h"
 
 namespace tolvane::confine::Report {
 
@@ -13,7 +10,7 @@ constexpr int notConfined = 125;
 
 void say(std::string_view text) {
   while (!text.empty()) {
-    const ssize_t count = ::write(descriptor, text.data(), text.size());
+    const Kernel::Answer count = Kernel::call(SYS_write, descriptor, text.data(), text.size());
     if (count < 0) {
       return;  // nobody listens any more
     }
@@ -23,20 +20,23 @@ void say(std::string_view text) {
 
 }  // namespace
 
-void fail(std::string_view what) {
-  const char* reason = ::strerrordesc_np(errno);
-  say(std::string(what) + ": " + (reason == nullptr ? "unknown error" : reason));
-  ::_exit(notConfined);
+void fail(int error, std::string_view what) {
+  say(Decimal(static_cast<unsigned>(error)).text());
+  say(" ");
+  say(what);
+  Kernel::exit(notConfined);
 }
 
-void check(long result, std::string_view what) {
-  if (result < 0) {
-    fail(what);
+void check(Kernel::Answer answer, std::string_view what) {
+  if (answer < 0) {
+    fail(static_cast<int>(-answer), what);
   }
 }
 
 void engineStarts() {
-  say(started + std::to_string(::getpgrp()) + '\n');
+  say(started);
+  say(Decimal(static_cast<unsigned>(Kernel::call(SYS_getpgid, 0))).text());
+  say("\n");
 }
 
 }  // namespace tolvane::confine::Report

@@ -4,7 +4,6 @@
 #include <csignal>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "universal/toolchain/confine/report.h"
 
@@ -14,20 +13,27 @@ namespace {
 
 constexpr int signalled = 128;  // added to the number of a signal, as shells do
 
+/// Looks for a process that has ended, without waiting for one or reaping it.
+Kernel::Answer look(idtype_t kind, pid_t process, siginfo_t& info) {
+  return Kernel::call(SYS_waitid, kind, process, &info, WEXITED | WNOHANG | WNOWAIT, nullptr);
+}
+
+void killAll(pid_t engine, int signal) {
+  Kernel::call(SYS_kill, -engine, signal);
+}
+
 /// @return whether the engine itself, the leader of its group, has ended. It is not yet reaped, so
 /// its number still names its group and no other.
 bool engineHasEnded(pid_t engine) {
   siginfo_t info = {};
-  return ::waitid(P_PID, static_cast<id_t>(engine), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-         info.si_pid == engine;
+  return look(P_PID, engine, info) == 0 && info.si_pid == engine;
 }
 
 /// Reaps descendants whose parents are gone, so that a long run does not gather zombies.
 void reapOthers(pid_t engine) {
   siginfo_t info = {};
-  while (::waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) == 0 && info.si_pid > 0 &&
-         info.si_pid != engine) {
-    ::waitpid(info.si_pid, nullptr, 0);
+  while (look(P_ALL, 0, info) == 0 && info.si_pid > 0 && info.si_pid != engine) {
+    Kernel::call(SYS_wait4, info.si_pid, nullptr, 0, nullptr);
     info = {};
   }
 }
@@ -37,68 +43,64 @@ int reapAll(pid_t engine) {
   int status = 0;
   int engineStatus = 0;
   for (;;) {
-    const pid_t ended = ::waitpid(-1, &status, 0);
+    const Kernel::Answer ended = Kernel::call(SYS_wait4, -1, &status, 0, nullptr);
     if (ended == engine) {
       engineStatus = status;
-    } else if (ended < 0 && errno == ECHILD) {
+    } else if (ended == -ECHILD) {
       return engineStatus;
     }
   }
 }
 
-[[noreturn]] void watch(pid_t engine, const sigset_t& watched) {
+[[noreturn]] void watch(pid_t engine) {
+  constexpr Kernel::Signals watched =
+      Kernel::setOf(SIGCHLD) | Kernel::setOf(SIGTERM) | Kernel::setOf(SIGQUIT);
   while (!engineHasEnded(engine)) {
     reapOthers(engine);
-    switch (::sigwaitinfo(&watched, nullptr)) {
+    switch (Kernel::call(SYS_rt_sigtimedwait, &watched, nullptr, nullptr, sizeof watched)) {
       case SIGTERM:
-        ::kill(-engine, SIGTERM);
+        killAll(engine, SIGTERM);
         break;
       case SIGQUIT:
-        ::kill(-engine, SIGKILL);
+        killAll(engine, SIGKILL);
         break;
       default:
         break;
     }
   }
-  ::kill(-engine, SIGKILL);  // what the engine left running in the background
+  killAll(engine, SIGKILL);  // what the engine left running in the background
   const int status = reapAll(engine);
-  ::_exit(WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status));
+  Kernel::exit(WIFEXITED(status) ? WEXITSTATUS(status) : signalled + WTERMSIG(status));
 }
 
 }  // namespace
 
 pid_t splitOff(pid_t host) {
-  sigset_t all = {};
-  ::sigfillset(&all);
-  sigset_t inherited = {};
-  ::sigprocmask(SIG_BLOCK, &all, &inherited);
-  Report::check(::prctl(PR_SET_PDEATHSIG, SIGQUIT), "parent death signal");
-  if (::getppid() != host) {
-    ::_exit(signalled + SIGKILL);  // it was gone before the signal was asked for
+  constexpr Kernel::Signals all = ~Kernel::Signals{0};
+  Kernel::Signals inherited = 0;
+  Report::check(Kernel::block(all, &inherited), "signals");
+  Report::check(Kernel::call(SYS_prctl, PR_SET_PDEATHSIG, SIGQUIT), "parent death signal");
+  if (Kernel::parent() != host) {
+    Kernel::exit(signalled + SIGKILL);  // it was gone before the signal was asked for
   }
-  Report::check(::prctl(PR_SET_CHILD_SUBREAPER, 1), "subreaper");
+  Report::check(Kernel::call(SYS_prctl, PR_SET_CHILD_SUBREAPER, 1), "subreaper");
 
-  const pid_t supervisor = ::getpid();
-  const pid_t engine = ::fork();
+  const auto supervisor = static_cast<pid_t>(Kernel::call(SYS_getpid));
+  const auto engine = static_cast<pid_t>(Kernel::call(SYS_clone, SIGCHLD, 0, 0, 0, 0));
   Report::check(engine, "fork");
   if (engine > 0) {
-    ::setpgid(engine, engine);  // in both processes: whichever comes first
-    sigset_t watched = {};
-    ::sigemptyset(&watched);
-    for (const int signal : {SIGCHLD, SIGTERM, SIGQUIT}) {
-      ::sigaddset(&watched, signal);
-    }
-    watch(engine, watched);
+    Kernel::call(SYS_setpgid, engine, engine);  // in both processes: whichever comes first
+    watch(engine);
   }
-  ::setpgid(0, 0);
-  ::sigprocmask(SIG_SETMASK, &inherited, nullptr);
+  Kernel::call(SYS_setpgid, 0, 0);
+  Report::check(Kernel::block(inherited, nullptr), "signals");
   return supervisor;
 }
 
 void endWith(pid_t supervisor) {
-  Report::check(::prctl(PR_SET_PDEATHSIG, SIGKILL), "parent death signal");
-  if (::getppid() != supervisor) {
-    ::_exit(signalled + SIGKILL);
+  Report::check(Kernel::call(SYS_prctl, PR_SET_PDEATHSIG, SIGKILL), "parent death signal");
+  if (Kernel::parent() != supervisor) {
+    Kernel::exit(signalled + SIGKILL);
   }
 }
 
