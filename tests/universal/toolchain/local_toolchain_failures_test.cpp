@@ -81,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                     1.3,
                     3},
         FailureCase{"Flood", "head -c 16777217 /dev/zero; sleep 1000", 60, tooTalkative, 0, 20},
+        FailureCase{
+            "FloodAtTheEnd", "truncate -s 268435457 /proc/self/fd/1", 60, tooTalkative, 0, 20},
         FailureCase{"LogRemoved", "rm .process-*", 60, ".log: No such file or directory", 0, 20},
         FailureCase{"LogReplaced",
                     "set -- .process-*; rm $1; mkfifo $1",
