@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <linux/vm_sockets.h>
 #include <mqueue.h>
 #include <netinet/in.h>
@@ -11,6 +12,7 @@
 #include <sys/ipc.h>
 #include <sys/mount.h>
 #include <sys/msg.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/sem.h>
@@ -163,6 +165,15 @@ bool setsDiskPriorityOfUser(const Ground&) {
   return ::syscall(SYS_ioprio_set, ofUser, 0, noClass) == 0 || errno == EINVAL;
 }
 
+bool hasRightsOverTheMachine(const Ground&) {
+  __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+  __user_cap_data_struct sets[_LINUX_CAPABILITY_U32S_3] = {};
+  constexpr unsigned administrator = 1U << CAP_SYS_ADMIN;
+  const bool comesBackToRoot = ::geteuid() == 0 && ::prctl(PR_CAPBSET_READ, CAP_SYS_ADMIN) == 1;
+  return ::syscall(SYS_capget, &header, sets) == 0 &&
+         ((sets[0].permitted & administrator) != 0 || comesBackToRoot);
+}
+
 bool opensTreeByNewCall(const Ground& ground) {
   constexpr long openTreeAttr = 467;
   return ::syscall(openTreeAttr, AT_FDCWD, ground.outside.c_str(), 0, nullptr, 0) >= 0;
@@ -292,6 +303,7 @@ const std::vector<Attack>& onTheSystem() {
        }},
       {"open_tree_attr", dependsOnMachine, opensTreeByNewCall},
       {"mount_setattr", dependsOnMachine, setsMountWritable},
+      {"rights over the machine", succeedsAsRoot, hasRightsOverTheMachine},
       {"change root",
        succeedsAsRoot,
        [](const Ground& g) { return ::chroot(g.inside.c_str()) == 0; }},
