@@ -19,6 +19,7 @@ struct RpcError {
 const RpcError parseError = {-32700, "Parse error"};
 const RpcError invalidRequest = {-32600, "Invalid Request"};
 const RpcError methodNotFound = {-32601, "Method not found"};
+const RpcError invalidParams = {-32602, "Invalid params"};
 constexpr int channelErrorCode = -32000;  // the first of those left to servers
 
 struct Request {
@@ -125,10 +126,12 @@ void JsonRpcHost::receive(std::string_view line) {
 }
 
 void JsonRpcHost::select(const std::optional<Value>& id, const Value& params) {
-  const auto paths = params["paths"].texts().value_or(std::vector<std::string>());
-  bridge_.select({paths.begin(), paths.end()});
+  const auto paths = params["paths"].texts();
+  if (paths) {
+    bridge_.select({paths->begin(), paths->end()});
+  }
   if (id) {
-    conversation_->output(resultLine(*id, nullptr));
+    conversation_->output(paths ? resultLine(*id, nullptr) : errorLine(*id, invalidParams));
   }
 }
 

@@ -82,6 +82,24 @@ std::optional<std::string> localPath(std::string_view address) {
   return std::nullopt;
 }
 
+std::string localAddress(const std::filesystem::path& path) {
+  // RFC 3986, section 2.3: the signs that never need an escape.
+  constexpr std::string_view unreserved = "-._~";
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string address = "file://";
+  for (const char sign : path.string()) {
+    const auto code = static_cast<unsigned char>(sign);
+    const char letter = lowered(sign);
+    if ((letter >= 'a' && letter <= 'z') || (sign >= '0' && sign <= '9') || sign == '/' ||
+        unreserved.find(sign) != std::string_view::npos) {
+      address += sign;
+    } else {
+      address += {'%', digits[code >> 4U], digits[code & 0xFU]};
+    }
+  }
+  return address;
+}
+
 std::string lower(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), lowered);

@@ -20,6 +20,8 @@ namespace tolvane::FileNames {
 /// @return the path in an address of a file on this machine, "file:///home/a%20b"; nullopt for
 /// others.
 [[nodiscard]] std::optional<std::string> localPath(std::string_view address);
+/// The reverse: the address of an absolute path. Holds no byte that has a meaning in addresses.
+[[nodiscard]] std::string localAddress(const std::filesystem::path& path);
 
 [[nodiscard]] std::string lower(std::string_view text);
 [[nodiscard]] std::string upper(std::string_view text);

@@ -13,6 +13,7 @@
 #include <sched.h>
 #include <stdexcept>
 #include <string>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 #include <vector>
@@ -79,6 +80,7 @@ const std::vector<Refusal>& refusedMetadata() {
 constexpr int fchmodat2 = 452;
 constexpr int setxattrat = 463;
 constexpr int removexattrat = 466;
+constexpr int openTreeAttr = 467;
 constexpr int fileSetattr = 469;
 
 void check(int result, const std::string& what) {
@@ -147,10 +149,24 @@ void refuseNetwork(const Filter& filter, bool officeSockets) {
   refuse(filter, EPERM, "socketpair", {masked(1, typeMask, SOCK_RAW)});
 }
 
+void refuseRequests(const Filter& filter, const std::vector<scmp_datum_t>& requests) {
+  for (const scmp_datum_t request : requests) {
+    refuse(filter, EPERM, "ioctl", {masked(1, 0xFFFFFFFF, request)});
+  }
+}
+
+/// Zero is the caller himself only where one process is meant. Of users, it is all that he runs.
+void refusePrioritiesOfOthers(const Filter& filter) {
+  constexpr scmp_datum_t diskPriorityOfProcess = 1;  // IOPRIO_WHO_PROCESS
+  refuse(filter, EPERM, "setpriority", {isNot(0, PRIO_PROCESS)});
+  refuse(filter, EPERM, "setpriority", {isNot(1, 0)});
+  refuse(filter, EPERM, "ioprio_set", {isNot(0, diskPriorityOfProcess)});
+  refuse(filter, EPERM, "ioprio_set", {isNot(1, 0)});
+}
+
 void refuseReachingOthers(const Filter& filter) {
   refuse(filter, EPERM, "prlimit64", {isNot(0, 0), isNot(2, 0)});
-  refuse(filter, EPERM, "setpriority", {isNot(1, 0)});
-  refuse(filter, EPERM, "ioprio_set", {isNot(1, 0)});
+  refusePrioritiesOfOthers(filter);
   for (const char* call :
        {"sched_setaffinity", "sched_setscheduler", "sched_setparam", "sched_setattr"}) {
     refuse(filter, EPERM, call, {isNot(0, 0)});
@@ -161,6 +177,9 @@ void refuseReachingOthers(const Filter& filter) {
   for (const scmp_datum_t command : {setOwner, setOwnerEx}) {
     refuse(filter, EPERM, "fcntl", {masked(1, 0xFFFFFFFF, command)});
   }
+  constexpr scmp_datum_t setSocketOwner = 0x8901;  // FIOSETOWN
+  constexpr scmp_datum_t setSocketGroup = 0x8902;  // SIOCSPGRP
+  refuseRequests(filter, {setSocketOwner, setSocketGroup});
   refuse(filter, EPERM, "clone", {masked(0, CLONE_NEWUSER, CLONE_NEWUSER)});
 }
 
@@ -170,11 +189,18 @@ void refuseDeviceRequests(const Filter& filter) {
   constexpr scmp_datum_t setFlags = 0x40086602;        // FS_IOC_SETFLAGS, 64 bits
   constexpr scmp_datum_t setFlagsNarrow = 0x40046602;  // FS_IOC32_SETFLAGS
   constexpr scmp_datum_t setAttributes = 0x401C5820;   // FS_IOC_FSSETXATTR
-  for (const scmp_datum_t request :
-       {typeIntoTerminal, consoleSelection, setFlags, setFlagsNarrow, setAttributes}) {
-    refuse(filter, EPERM, "ioctl", {masked(1, 0xFFFFFFFF, request)});
-  }
+  refuseRequests(filter,
+                 {typeIntoTerminal, consoleSelection, setFlags, setFlagsNarrow, setAttributes});
   refuseNumber(filter, fileSetattr);
+}
+
+/// What a file's owner may ask of it even through a descriptor that only reads.
+void refuseMetadataRequests(const Filter& filter) {
+  constexpr scmp_datum_t setGeneration = 0x40087602;      // FS_IOC_SETVERSION, 64 bits
+  constexpr scmp_datum_t setGenerationExt4 = 0x40086604;  // EXT4_IOC_SETVERSION, 64 bits
+  constexpr scmp_datum_t sealForever = 0x40806685;        // FS_IOC_ENABLE_VERITY
+  constexpr scmp_datum_t encryptFolder = 0x800C6613;      // FS_IOC_SET_ENCRYPTION_POLICY
+  refuseRequests(filter, {setGeneration, setGenerationExt4, sealForever, encryptFolder});
 }
 
 void refuseTruncation(const Filter& filter) {
@@ -195,6 +221,7 @@ Filter build(const Variant& variant) {
   check(seccomp_attr_set(filter.get(), SCMP_FLTATR_CTL_OPTIMIZE, 2), "optimization");
   refuseNetwork(filter, variant.officeSockets);
   refuseAll(filter, refusedToAll());
+  refuseNumber(filter, openTreeAttr);
   refuseReachingOthers(filter);
   refuseDeviceRequests(filter);
   if (variant.pathRules < truncatesAreRuled) {
@@ -208,6 +235,7 @@ Filter build(const Variant& variant) {
   }
   if (variant.refusesMetadata) {
     refuseAll(filter, refusedMetadata());
+    refuseMetadataRequests(filter);
     for (const int number : {fchmodat2, setxattrat, removexattrat}) {
       refuseNumber(filter, number);
     }

@@ -73,6 +73,9 @@ const Lines invalid = {
 const Lines invalidOne = {
     R"({"error":{"code":-32600,"message":"Invalid Request"},"id":1,"jsonrpc":"2.0"})"};
 
+const Lines invalidParams = {
+    R"({"error":{"code":-32602,"message":"Invalid params"},"id":1,"jsonrpc":"2.0"})"};
+
 INSTANTIATE_TEST_SUITE_P(
     JsonRpcHost,
     LineTest,
@@ -108,6 +111,21 @@ INSTANTIATE_TEST_SUITE_P(
                  R"({"jsonrpc":"2.0","id":1,"method":"host.fly"})",
                  {R"({"error":{"code":-32601,"message":"Method not found"},)"
                   R"("id":1,"jsonrpc":"2.0"})"}},
+        LineCase{"selection without paths",
+                 R"({"jsonrpc":"2.0","id":1,"method":"host.select","params":{}})",
+                 invalidParams},
+        LineCase{"selection without parameters",
+                 R"({"jsonrpc":"2.0","id":1,"method":"host.select"})",
+                 invalidParams},
+        LineCase{"selection of one text",
+                 R"({"jsonrpc":"2.0","id":1,"method":"host.select","params":{"paths":"/a"}})",
+                 invalidParams},
+        LineCase{"selection of what is no text",
+                 R"({"jsonrpc":"2.0","id":1,"method":"host.select","params":{"paths":["/a",1]}})",
+                 invalidParams},
+        LineCase{"notified selection without paths",
+                 R"({"jsonrpc":"2.0","method":"host.select","params":{}})",
+                 {}},
         LineCase{"notification", R"({"jsonrpc":"2.0","method":"hide"})", {}},
         LineCase{"notification of an unknown method", R"({"jsonrpc":"2.0","method":"no"})", {}},
         LineCase{"no JSON", "hide", parseFault},

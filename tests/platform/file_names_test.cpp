@@ -68,5 +68,13 @@ INSTANTIATE_TEST_SUITE_P(All,
                                          AddressCase{"3d://a", false, {}},
                                          AddressCase{"file:/a", false, {}}));
 
+TEST(FileNamesTest, WritesAddressesThatLeadBack) {
+  EXPECT_EQ(FileNames::localAddress("/tmp/a-b_c.d~1/X"), "file:///tmp/a-b_c.d~1/X");
+  const std::string path = "/a b/50%#?&+;=:@é\n/$(\"'";
+  const std::string address = FileNames::localAddress(path);
+  EXPECT_EQ(address, "file:///a%20b/50%25%23%3F%26%2B%3B%3D%3A%40%C3%A9%0A/%24%28%22%27");
+  EXPECT_EQ(FileNames::localPath(address), path);
+}
+
 }  // namespace
 }  // namespace tolvane

@@ -5,9 +5,11 @@
 
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_system.h"
+#include "platform/files/platform_error.h"
 #include "platform/process/engine_process.h"
 #include "platform/process/process_log.h"
 #include "universal/toolchain/own_programs.h"
+#include "universal/toolchain/temporary_ground.h"
 
 namespace tolvane {
 
@@ -57,30 +59,33 @@ Words bubblewrapped(const ConfinedEngine& engine) {
 /// A folder for the trial, with a part that may be written and a file that may not.
 class TrialGround {
  public:
-  TrialGround() : folder_(fs::temp_directory_path() / ("tolvane-trial-" + FileSystem::newUuid())) {
-    FileSystem::createDirectory(folder_, ownerOnly);
+  TrialGround() {
     FileSystem::createDirectory(inside(), ownerOnly);
     FileSystem::writeAtomically(outside(), {});
   }
-  ~TrialGround() { FileSystem::removeQuietly(folder_); }
-  TrialGround(const TrialGround&) = delete;
-  TrialGround& operator=(const TrialGround&) = delete;
 
-  [[nodiscard]] fs::path inside() const { return folder_ / "inside"; }
-  [[nodiscard]] fs::path outside() const { return folder_ / "outside"; }
+  [[nodiscard]] fs::path inside() const { return folder_.path() / "inside"; }
+  [[nodiscard]] fs::path outside() const { return folder_.path() / "outside"; }
 
  private:
-  fs::path folder_;
+  TemporaryGround folder_{"tolvane-trial"};
 };
 
+/// What went wrong, to stand inside a sentence.
+std::string withoutStop(std::string text) {
+  if (text.ends_with('.')) {
+    text.pop_back();
+  }
+  return text;
+}
+
 /// @return what went wrong; empty when the confinement held.
-std::string tryOut(const Confinement& confinement) try {
+std::string tryOut(const Confinement& confinement, const TrialGround& ground) try {
   // Its devices are the system's own, writable, and root owns them. What it can do for root, root
   // can do without it.
   if (confinement.level() == ConfinementLevel::bubblewrap && ::geteuid() == 0) {
     return "bubblewrap is not for root";
   }
-  const TrialGround ground;
   const fs::path inside = FileSystem::resolved(ground.inside());
   const ProcessLog log(inside);
   const ConfinedEngine trial = {
@@ -93,7 +98,7 @@ std::string tryOut(const Confinement& confinement) try {
   }
   return said.empty() ? "exit " + std::to_string(status) : std::string(said.begin(), said.end());
 } catch (const std::exception& error) {
-  return error.what();
+  return withoutStop(error.what());
 }
 
 }  // namespace
@@ -105,11 +110,11 @@ const Confinement& Confinement::ofThisMachine() {
 }
 
 Confinement Confinement::firstThatHolds(const std::vector<ConfinementLevel>& levels,
-                                        std::optional<int> newestPathRules) {
+                                        std::optional<int> newestPathRules) try {
   std::string obstacle;
   for (const ConfinementLevel level : levels) {
     Confinement candidate(level, newestPathRules);
-    const std::string trouble = tryOut(candidate);
+    const std::string trouble = tryOut(candidate, TrialGround());
     if (trouble.empty()) {
       candidate.obstacle_ = obstacle;
       return candidate;
@@ -119,14 +124,19 @@ Confinement Confinement::firstThatHolds(const std::vector<ConfinementLevel>& lev
     }
   }
   Confinement none(std::nullopt, newestPathRules);
-  none.obstacle_ = obstacle;
+  none.obstacle_ = "this system cannot confine them (" + obstacle +
+                   "). Use a kernel with Landlock and allow user namespaces.";
   return none;
+} catch (const PlatformError& error) {
+  Confinement untried(std::nullopt, newestPathRules);
+  untried.obstacle_ = "there is no folder in which their confinement could be tried out (" +
+                      withoutStop(error.what()) + "). Make /tmp writable.";
+  return untried;
 }
 
 std::string Confinement::description() const {
   if (!level_) {
-    return "Local engines are not run, because this system cannot confine them (" + obstacle_ +
-           "). Use a kernel with Landlock and allow user namespaces.";
+    return "Local engines are not run, because " + obstacle_;
   }
   switch (*level_) {
     case ConfinementLevel::ownMounts:

@@ -55,7 +55,8 @@ class Confinement {
 
   std::optional<ConfinementLevel> level_;
   std::optional<int> newestPathRules_;
-  std::string obstacle_;  // what the best level that failed said
+  // What the best level that failed said; where none holds, a reason and a remedy.
+  std::string obstacle_;
 };
 
 }  // namespace tolvane

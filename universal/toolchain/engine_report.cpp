@@ -4,16 +4,14 @@
 #include <sstream>
 #include <string_view>
 
-#include "platform/files/file_system.h"
+#include "platform/files/file_names.h"
+#include "universal/toolchain/temporary_ground.h"
 
 namespace tolvane {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr double versionTimeout = 10;  // seconds; the office suite's first start takes two
-constexpr unsigned ownerOnly = 0700;
 
 struct KnownEngine {
   const char* name;
@@ -48,43 +46,31 @@ std::string versionIn(const Bytes& printed) {
   return {};
 }
 
-/// A folder in which engines are asked for their versions.
-class ReportGround {
- public:
-  ReportGround() : path(fs::temp_directory_path() / ("tolvane-engines-" + FileSystem::newUuid())) {
-    FileSystem::createDirectory(path, ownerOnly);
-  }
-  ~ReportGround() { FileSystem::removeQuietly(path); }
-  ReportGround(const ReportGround&) = delete;
-  ReportGround& operator=(const ReportGround&) = delete;
-
-  const fs::path path;
-};
-
-std::string versionOf(const KnownEngine& engine,
-                      const LocalToolchain& toolchain,
-                      const fs::path& folder) try {
-  EngineRun run = {engine.name, {}, folder, versionTimeout};
+std::string versionOf(const KnownEngine& engine, const LocalToolchain& toolchain) try {
+  const TemporaryGround ground("tolvane-engine");
+  EngineRun run = {engine.name, {}, ground.path(), versionTimeout};
   if (*engine.versionArgument != '\0') {
     run.arguments.emplace_back(engine.versionArgument);
   }
   if (run.name == "soffice") {
-    run.arguments.push_back("-env:UserInstallation=file://" + folder.string() + "/profile");
+    run.arguments.push_back("-env:UserInstallation=" +
+                            FileNames::localAddress(ground.path() / "profile"));
   }
   return versionIn(toolchain.run(run, CancellationToken()));
 } catch (const std::exception&) {
-  return {};  // it is installed but does not run; that it has no version shows it
+  // It is installed but does not run, or there is no folder to run it in. That it has no version
+  // shows it.
+  return {};
 }
 
 }  // namespace
 
 EngineReport EngineReport::make(const LocalToolchain& toolchain, const Confinement& confinement) {
-  const ReportGround ground;
   EngineReport report = {{}, confinement.description()};
   for (const KnownEngine& engine : knownEngines) {
     EngineStatus status = {engine.name, toolchain.find(engine.name), {}, engine.packages};
     if (status.path) {
-      status.version = versionOf(engine, toolchain, ground.path);
+      status.version = versionOf(engine, toolchain);
     }
     report.engines.push_back(std::move(status));
   }

@@ -24,7 +24,6 @@ struct EngineReport {
 
   /// Runs every engine that is found once, for its version. Takes a second or two when the office
   /// suite is among them.
-  /// @throws PlatformError when there is no temporary folder to run them in.
   [[nodiscard]] static EngineReport make(
       const LocalToolchain& toolchain,
       const Confinement& confinement = Confinement::ofThisMachine());

@@ -22,6 +22,7 @@ constexpr auto pollInterval = 40ms;
 constexpr auto politeWait = 1000ms;
 constexpr auto politeInterval = 20ms;
 constexpr std::uint64_t maxLogBytes = 16'777'216;  // of a running engine; equal is still allowed
+constexpr std::uint64_t maxFinalLogBytes = 268'435'456;  // of an ended one: it is read into memory
 constexpr unsigned ownerOnly = 0700;
 constexpr std::string_view officeSuite = "soffice";
 
@@ -137,6 +138,9 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
     fail(ending);
   }
   const int status = process.exitStatus();
+  if (log.size().value_or(0) > maxFinalLogBytes) {
+    fail(Ending::tooTalkative);
+  }
   Bytes printed = log.content();
   if (!run.accepted.contains(status)) {
     throw ConversionFailure::message(

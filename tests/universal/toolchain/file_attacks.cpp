@@ -67,6 +67,18 @@ bool setsFlags(const Ground& ground) {
   return ::ioctl(readable(ground), setFlags, &noDump) == 0;
 }
 
+bool setsGeneration(const Ground& ground, unsigned long request) {
+  long generation = 1;
+  return ::ioctl(readable(ground), request, &generation) == 0;
+}
+
+bool sealsForever(const Ground& ground) {
+  constexpr unsigned long enableVerity = 0x40806685;  // FS_IOC_ENABLE_VERITY
+  // Version, algorithm (SHA-256), block size; no salt, no signature.
+  std::array<unsigned, 32> seal = {1, 1, 4096};
+  return ::ioctl(readable(ground), enableVerity, seal.data()) == 0;
+}
+
 bool setsFlagsByNewCall(const Ground& ground) {
   constexpr long fileSetattr = 469;
   std::array<unsigned long, 3> noChange = {};
@@ -232,6 +244,13 @@ const std::vector<Attack>& onMetadata() {
        [](const Ground& g) { return ::fsetxattr(readable(g), "user.tolvane", "x", 1, 0) == 0; }},
       {"setxattrat", dependsOnMachine, setsAttributeByNewCall},
       {"inode flags", dependsOnMachine, setsFlags},
+      {"inode generation",
+       dependsOnMachine,
+       [](const Ground& g) { return setsGeneration(g, 0x40087602); }},  // FS_IOC_SETVERSION
+      {"inode generation, ext4",
+       dependsOnMachine,
+       [](const Ground& g) { return setsGeneration(g, 0x40086604); }},  // EXT4_IOC_SETVERSION
+      {"seal", dependsOnMachine, sealsForever},
       {"file_setattr", dependsOnMachine, setsFlagsByNewCall},
   };
   return table;

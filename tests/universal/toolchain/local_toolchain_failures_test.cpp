@@ -81,6 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                     1.3,
                     3},
         FailureCase{"Flood", "head -c 16777217 /dev/zero; sleep 1000", 60, tooTalkative, 0, 20},
+        FailureCase{
+            "FloodAtTheEnd", "truncate -s 268435457 /proc/self/fd/1", 60, tooTalkative, 0, 20},
         FailureCase{"LogRemoved", "rm .process-*", 60, ".log: No such file or directory", 0, 20},
         FailureCase{"LogReplaced",
                     "set -- .process-*; rm $1; mkfifo $1",
@@ -152,29 +154,52 @@ TEST_F(ToolchainFailureTest, RefusesOfficeFilesInBothTemporaryFolders) {
             "folder.");
 }
 
-TEST(FullDiskTest, IsTheEnginesFailure) {
-  const support::HostProgram program;
-  program.addEngine("filler", "head -c 1000000 /dev/zero");
-  const fs::path workspace = program.workspace(support::Identity::root);
+/// Runs an engine as root where `mounts`, commands of the shell, have changed the machine.
+std::string outputAfter(const std::string& mounts,
+                        const support::HostProgram& program,
+                        const fs::path& workspace,
+                        const std::string& engine) {
   std::vector<std::string> command = {"/usr/bin/unshare", "--mount"};
   if (::geteuid() != 0) {
     command.emplace_back("--map-root-user");
   }
   const std::string folder = workspace.string();
-  for (const std::string& word :
-       {std::string("sh"),
-        std::string("-c"),
-        "mount -t tmpfs -o size=64k none " + folder + "; \"$@\"; ls -A " + folder,
-        std::string("sh")}) {
-    command.push_back(word);
-  }
-  const std::string mounts = std::to_string(static_cast<int>(ConfinementLevel::ownMounts));
+  const std::string script = mounts + "; \"$@\"; ls -A " + folder;
+  command.insert(command.end(), {"sh", "-c", script, "sh"});
+  const std::string level = std::to_string(static_cast<int>(ConfinementLevel::ownMounts));
   const auto host =
-      program.command(support::Identity::root, {"run", mounts, "1000", folder, "filler"});
+      program.command(support::Identity::root, {"run", level, "1000", folder, engine});
   command.insert(command.end(), host.end() - 6, host.end());
-  EXPECT_EQ(support::HostProgram::output(command),
-            "filler could not process this file (exit 1). Check that the file is valid and the "
-            "selected options fit its content.\n.engine-tmp\n");
+  return support::HostProgram::output(command);
+}
+
+TEST(ChangedMachineTest, FullDiskIsTheEnginesFailure) {
+  const support::HostProgram program;
+  program.addEngine("filler", "head -c 1000000 /dev/zero");
+  const fs::path workspace = program.workspace(support::Identity::root);
+  EXPECT_EQ(
+      outputAfter(
+          "mount -t tmpfs -o size=64k none " + workspace.string(), program, workspace, "filler"),
+      "filler could not process this file (exit 1). Check that the file is valid and the "
+      "selected options fit its content.\n.engine-tmp\n");
+}
+
+constexpr const char* readOnlyTmp =
+    "mount --bind /tmp /tmp; mount -o remount,bind,ro /tmp; export TMPDIR=/nowhere; ";
+
+TEST(ChangedMachineTest, TriesTheConfinementInAnyTemporaryFolder) {
+  const support::HostProgram program;
+  program.addEngine("quick", "echo fine");
+  const fs::path workspace = program.workspace(support::Identity::root);
+  const std::string mounts = readOnlyTmp + ("mount -t tmpfs none " + workspace.string());
+  EXPECT_EQ(outputAfter(mounts, program, workspace, "quick"), "fine\n.engine-tmp\n");
+  // Now without /var/tmp, too.
+  EXPECT_THAT(
+      outputAfter(mounts + "; mount -t tmpfs -o ro none /var/tmp", program, workspace, "quick"),
+      ::testing::MatchesRegex(
+          "Local engines are not run, because there is no folder in which their confinement could "
+          "be tried out \\(Could not [a-z ]+ /tmp/tolvane-trial-[0-9A-F-]+: Read-only file "
+          "system\\)\\. Make /tmp writable\\.\n.engine-tmp\n"));
 }
 
 }  // namespace

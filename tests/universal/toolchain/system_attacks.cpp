@@ -3,13 +3,16 @@
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <linux/vm_sockets.h>
 #include <mqueue.h>
 #include <netinet/in.h>
 #include <sched.h>
+#include <sys/ioctl.h>
 #include <sys/ipc.h>
 #include <sys/mount.h>
 #include <sys/msg.h>
+#include <sys/prctl.h>
 #include <sys/ptrace.h>
 #include <sys/resource.h>
 #include <sys/sem.h>
@@ -144,6 +147,38 @@ bool becomesOwner(const Ground& ground) {
          ::fcntl(pair[0], F_SETOWN, ground.victim) == 0;
 }
 
+bool becomesOwnerByRequest(const Ground& ground, unsigned long request) {
+  int pair[2] = {-1, -1};
+  return ::socketpair(AF_UNIX, SOCK_STREAM, 0, pair) == 0 &&
+         ::ioctl(pair[0], request, &ground.victim) == 0;
+}
+
+/// Of a group of its own, where the kernel lets it have one: unconfined, nobody else is slowed.
+bool setsPriorityOfGroup(const Ground&) {
+  ::setpgid(0, 0);
+  return ::setpriority(PRIO_PGRP, 0, 19) == 0;
+}
+
+bool setsDiskPriorityOfUser(const Ground&) {
+  constexpr int ofUser = 3;          // IOPRIO_WHO_USER
+  constexpr int noClass = 7 << 13U;  // the kernel finds that out first, so nobody is slowed
+  return ::syscall(SYS_ioprio_set, ofUser, 0, noClass) == 0 || errno == EINVAL;
+}
+
+bool hasRightsOverTheMachine(const Ground&) {
+  __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+  __user_cap_data_struct sets[_LINUX_CAPABILITY_U32S_3] = {};
+  constexpr unsigned administrator = 1U << CAP_SYS_ADMIN;
+  const bool comesBackToRoot = ::geteuid() == 0 && ::prctl(PR_CAPBSET_READ, CAP_SYS_ADMIN) == 1;
+  return ::syscall(SYS_capget, &header, sets) == 0 &&
+         ((sets[0].permitted & administrator) != 0 || comesBackToRoot);
+}
+
+bool opensTreeByNewCall(const Ground& ground) {
+  constexpr long openTreeAttr = 467;
+  return ::syscall(openTreeAttr, AT_FDCWD, ground.outside.c_str(), 0, nullptr, 0) >= 0;
+}
+
 bool writesMemory(const Ground& ground) {
   char byte = 0;
   iovec place = {&byte, 1};
@@ -237,6 +272,12 @@ const std::vector<Attack>& onTheSystem() {
       {"sigqueue", succeeds, queuesSignal},
       {"pidfd_send_signal", succeeds, signalsThroughDescriptor},
       {"signal owner", succeeds, becomesOwner},
+      {"signal owner by request",
+       succeeds,
+       [](const Ground& g) { return becomesOwnerByRequest(g, 0x8901); }},  // FIOSETOWN
+      {"signal group by request",
+       succeeds,
+       [](const Ground& g) { return becomesOwnerByRequest(g, 0x8902); }},  // SIOCSPGRP
       {"ptrace",
        dependsOnMachine,
        [](const Ground& g) { return ::ptrace(PTRACE_SEIZE, g.victim, nullptr, nullptr) == 0; }},
@@ -247,6 +288,8 @@ const std::vector<Attack>& onTheSystem() {
        [](const Ground& g) {
          return ::setpriority(PRIO_PROCESS, static_cast<id_t>(g.victim), 10) == 0;
        }},
+      {"priority of a group", succeeds, setsPriorityOfGroup},
+      {"disk priority of a user", succeeds, setsDiskPriorityOfUser},
       {"processors of others", succeeds, setsAffinity},
       {"own session", succeeds, [](const Ground&) { return ::setsid() >= 0; }},
       {"own group", succeeds, [](const Ground&) { return ::setpgid(0, 0) == 0; }},
@@ -258,7 +301,9 @@ const std::vector<Attack>& onTheSystem() {
        [](const Ground&) {
          return ::mount(nullptr, "/", nullptr, MS_REMOUNT | MS_BIND, nullptr) == 0;
        }},
+      {"open_tree_attr", dependsOnMachine, opensTreeByNewCall},
       {"mount_setattr", dependsOnMachine, setsMountWritable},
+      {"rights over the machine", succeedsAsRoot, hasRightsOverTheMachine},
       {"change root",
        succeedsAsRoot,
        [](const Ground& g) { return ::chroot(g.inside.c_str()) == 0; }},

@@ -20,6 +20,7 @@
 #include "universal/toolchain/confine/options.h"
 #include "universal/toolchain/confine/path_rules.h"
 #include "universal/toolchain/confine/report.h"
+#include "universal/toolchain/confine/rights.h"
 #include "universal/toolchain/confine/supervisor.h"
 #include "universal/toolchain/confine/trial.h"
 
@@ -58,6 +59,7 @@ void confine(const Options& options) {
   readNothing();
   writeNoCoreFile();
   Report::check(Kernel::call(SYS_prctl, PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), "no new privileges");
+  giveUpRights();
   PathRules::apply(options, pathRules);
   applyCallFilter(options, pathRules);
 }
