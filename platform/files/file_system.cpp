@@ -193,6 +193,12 @@ void createDirectory(const fs::path& path, unsigned mode) {
   }
 }
 
+void move(const fs::path& from, const fs::path& to) {
+  if (::rename(from.c_str(), to.c_str()) != 0) {
+    throw PlatformError::fromErrno("move", from, errno);
+  }
+}
+
 void removeQuietly(const fs::path& path) noexcept {
   std::error_code ignored;
   fs::remove_all(path, ignored);

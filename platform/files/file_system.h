@@ -43,6 +43,9 @@ void writeAtomically(const std::filesystem::path& path,
 /// aside).
 void createDirectory(const std::filesystem::path& path, unsigned mode);
 
+/// Renames a file within its file system; replaces a file of that name.
+void move(const std::filesystem::path& from, const std::filesystem::path& to);
+
 /// Removes a file or a whole tree; whatever cannot be removed is left.
 void removeQuietly(const std::filesystem::path& path) noexcept;
 

@@ -1,0 +1,45 @@
+#include "engine/primitives/decimal_text.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+namespace tolvane::DecimalText {
+
+std::string format(double number) {
+  // Beyond these, the digits of a plain number would be mostly zeros.
+  constexpr double smallestPlain = 1e-4;
+  constexpr double smallestScientific = 1e16;
+  const double magnitude = std::abs(number);
+  const bool isPlain =
+      number == 0 || (magnitude >= smallestPlain && magnitude < smallestScientific);
+  std::array<char, 32> digits{};
+  const auto [end, error] =
+      std::to_chars(digits.data(),
+                    digits.data() + digits.size(),
+                    number,
+                    isPlain ? std::chars_format::fixed : std::chars_format::scientific);
+  std::string text(digits.data(), end);
+  if (isPlain && text.find('.') == std::string::npos) {
+    text += ".0";
+  }
+  return text;
+}
+
+std::optional<double> parse(std::string_view text) {
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) {
+      return std::nullopt;
+    }
+  }
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  return number;
+}
+
+}  // namespace tolvane::DecimalText

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Decimal numbers as messages and the arguments of engines write them.
+namespace tolvane::DecimalText {
+
+/// The shortest text that reads back as the same number; an integral one keeps one decimal: "0.25",
+/// "5.0", "1e-05".
+/// @param number finite.
+[[nodiscard]] std::string format(double number);
+
+/// @return the number that the whole text writes, infinities and NaN included; nullopt when it
+/// writes none.
+[[nodiscard]] std::optional<double> parse(std::string_view text);
+
+}  // namespace tolvane::DecimalText

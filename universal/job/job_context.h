@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "engine/conversion_engine.h"
+#include "engine/primitives/cancellation_token.h"
+#include "engine/primitives/value.h"
+#include "platform/files/bytes.h"
+#include "universal/toolchain/local_toolchain.h"
+
+namespace tolvane {
+
+/// What the operations of one universal job work with. Everything it refers to outlives it.
+struct JobContext {
+  const ConversionEngine& base;
+  const LocalToolchain& toolchain;
+  const CancellationToken& token;
+  /// Where results and intermediate files are written: the current directory of every engine and
+  /// the tree in which it may write. Goes with the job.
+  std::filesystem::path workspace;
+
+  /// The same job in another workspace.
+  [[nodiscard]] JobContext in(std::filesystem::path folder) const;
+
+  /// Runs an engine that must end with status 0.
+  /// @param timeout seconds.
+  /// @return what it printed. @throws as LocalToolchain::run
+  Bytes run(std::string engine, std::vector<std::string> arguments, double timeout) const;
+
+  /// Runs a native action into the workspace.
+  /// @return its results. @throws ConversionFailure, PlatformError
+  [[nodiscard]] std::vector<std::filesystem::path> native(std::string action,
+                                                          std::vector<std::filesystem::path> inputs,
+                                                          Value::Map options) const;
+
+  /// A fresh name in the workspace: `prefix` + UUID + `suffix`.
+  [[nodiscard]] std::filesystem::path freshFile(const std::string& prefix,
+                                                const std::string& suffix) const;
+};
+
+}  // namespace tolvane
