@@ -1,152 +1,15 @@
 #include "cli/action_command.h"
 
-#include <filesystem>
-#include <optional>
-#include <system_error>
-#include <unistd.h>
-
-#include <fmt/format.h>
-
-#include "bridge/value_json.h"
-#include "cli/console.h"
-#include "cli/host_session.h"
+#include "cli/job_run.h"
 #include "cli/job_settings.h"
-#include "cli/progress_bar.h"
-#include "engine/primitives/conversion_failure.h"
-#include "platform/files/file_names.h"
-#include "platform/files/platform_error.h"
 
 namespace tolvane {
-
-namespace {
-
-/// One job from its start to its "jobCompleted", driven like any interface drives the host.
-class JobRun {
- public:
-  explicit JobRun(ProgressBar::Visibility progress)
-      : host_([this] { host_.call("cancelJob", nullptr); }), progress_(progress) {
-    host_.listen([this](const Value::Map& event) { hear(event); });
-  }
-
-  /// @return the payload of "jobCompleted".
-  Value::Map run(const Value::Map& arguments) {
-    host_.call("startJob", arguments, [this](const ChannelError& error) {
-      finish({{"status", "failed"}, {"error", error.message}});
-    });
-    if (outcome_.empty()) {
-      host_.loop().run();
-    }
-    progress_.wipe();
-    return outcome_;
-  }
-
- private:
-  void hear(const Value::Map& event) {
-    const Value& type = valueAt(event, "type");
-    if (type == Value("jobProgress")) {
-      progress_.show(valueAt(event, "completed").integer().value_or(0),
-                     valueAt(event, "total").integer().value_or(0));
-    } else if (type == Value("jobCompleted")) {
-      finish(event);
-    }
-  }
-
-  void finish(Value::Map outcome) {
-    outcome_ = std::move(outcome);
-    host_.loop().quit();
-  }
-
-  HostSession host_;
-  ProgressBar progress_;
-  Value::Map outcome_;
-};
-
-/// The folder of --out, made when it is missing, and gone again when nothing came to stand in it.
-class OutputFolder {
- public:
-  explicit OutputFolder(const std::optional<std::filesystem::path>& folder) {
-    std::error_code error;
-    if (folder && !std::filesystem::exists(*folder, error)) {
-      std::filesystem::create_directory(*folder, error);
-      if (error) {
-        throw PlatformError::fromErrno("create", *folder, error.value());
-      }
-      made_ = *folder;
-    }
-  }
-  ~OutputFolder() {
-    if (!made_.empty()) {
-      ::rmdir(made_.c_str());
-    }
-  }
-  OutputFolder(const OutputFolder&) = delete;
-  OutputFolder& operator=(const OutputFolder&) = delete;
-
- private:
-  std::filesystem::path made_;
-};
-
-Value::Map jobArguments(const Arguments& arguments) {
-  Value::List inputs;
-  for (const std::string& file : namedFiles(arguments, 1)) {
-    if (FileNames::isAddress(file)) {
-      throw ConversionFailure::message("Choose a local file.");
-    }
-    inputs.emplace_back(file);
-  }
-  Value::Map job = {{"id", "1"},
-                    {"action", arguments.operands.front()},
-                    {"inputs", std::move(inputs)},
-                    {"options", actionOptions(arguments)}};
-  if (arguments.out) {
-    job["destination"] = arguments.out->string();
-  }
-  return job;
-}
-
-void printOutcome(const Value::Map& outcome) {
-  if (const Value::List* outputs = valueAt(outcome, "outputs").list()) {
-    for (const Value& output : *outputs) {
-      Console::print(fmt::format("{}\n", *output.text()));
-    }
-  }
-  if (const std::string* error = valueAt(outcome, "error").text()) {
-    Console::say(fmt::format("{}\n", *error));
-  }
-}
-
-void printJson(Value::Map outcome) {
-  for (const char* key : {"type", "version", "id"}) {
-    outcome.erase(key);
-  }
-  Console::print(fmt::format("{}\n", ValueJson::write(outcome)));
-}
-
-ExitStatus statusOf(const Value::Map& outcome) {
-  const Value& status = valueAt(outcome, "status");
-  if (status == Value("completed")) {
-    return ExitStatus::done;
-  }
-  return status == Value("cancelled") ? ExitStatus::cancelled : ExitStatus::failed;
-}
-
-}  // namespace
 
 ExitStatus actionCommand(const Arguments& arguments) {
   if (arguments.operands.empty()) {
     throw UsageError("Name an action and at least one file.");
   }
-  const bool isSilent = arguments.quiet || arguments.json;
-  const Value::Map job = jobArguments(arguments);
-  const OutputFolder folder(arguments.out);
-  JobRun jobRun(isSilent ? ProgressBar::Visibility::hidden : ProgressBar::Visibility::onTerminals);
-  const Value::Map outcome = jobRun.run(job);
-  if (arguments.json) {
-    printJson(outcome);
-  } else {
-    printOutcome(outcome);
-  }
-  return statusOf(outcome);
+  return runJob(arguments, arguments.operands.front(), 1, actionOptions(arguments));
 }
 
 }  // namespace tolvane

@@ -18,6 +18,15 @@ fs::path absolutePath(const std::string& word) {
   return fs::absolute(word);
 }
 
+/// "PDF" and ".pdf" mean "pdf"; a compressed TAR file is offered as "gz", a JPEG as "jpg".
+std::string targetNamed(const std::string& word) {
+  static const std::map<std::string, std::string> otherNames = {
+      {"tar.gz", "gz"}, {"tgz", "gz"}, {"jpeg", "jpg"}, {"tif", "tiff"}, {"markdown", "md"}};
+  const std::string name = FileNames::lower(word.substr(word.starts_with('.') ? 1 : 0));
+  const auto other = otherNames.find(name);
+  return other != otherNames.end() ? other->second : name;
+}
+
 /// Reads `--name VALUE` and `--name=VALUE`.
 class OptionReader {
  public:
@@ -32,6 +41,8 @@ class OptionReader {
       *flag = true;
     } else if (name == "--out") {
       arguments_.out = absolutePath(value(name, equals, index));
+    } else if (name == "--to") {
+      arguments_.to = targetNamed(value(name, equals, index));
     } else if (name == "--set") {
       readSetting(value(name, equals, index));
     } else {

@@ -20,6 +20,7 @@ struct Arguments {
   std::string command;  ///< first word that is no option; empty when there is none
   std::vector<std::string> operands;
   std::optional<std::filesystem::path> out;
+  std::string to;  ///< what to convert to, in lower case; empty when it was not said
   std::vector<std::pair<std::string, std::string>> settings;  ///< of --set, in order
   bool json = false;
   bool quiet = false;

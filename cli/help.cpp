@@ -8,6 +8,9 @@ const char* const helpText = R"(usage: tolvane COMMAND [OPTION]... [FILE]...
 
   inspect FILE...          what each file is, or why it is refused
   offers FILE...           every conversion and tool for the files, and what each still needs
+  convert FILE... --to TARGET
+                           one conversion for all files: pdf, docx, png, mp3, zip, ...
+  tool TOOL FILE...        one tool: compress, crop, merge, split, join, metadata, ...
   action ACTION FILE...    run one action:
                              pdf_png pdf_jpeg rotate_pdf merge_pdf split_pdf edit_pdf
                              extract_text ocr image_png image_jpeg images_pdf resize
@@ -15,7 +18,8 @@ const char* const helpText = R"(usage: tolvane COMMAND [OPTION]... [FILE]...
   host                     speak JSON-RPC on standard input and output
 
   --out DIR                where results go; otherwise beside the first file
-  --set KEY=VALUE          an option of the action; may be repeated:
+  --set KEY=VALUE          an option of the conversion or tool (see offers) or of the action;
+                           may be repeated. The actions know:
                              quality=0.1...1   JPEG quality
                              maxDimension=16...16384   longer side after "resize", in pixels
                              range=1-3,5   pages of "split_pdf"

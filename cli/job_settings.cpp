@@ -2,15 +2,16 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 
 namespace {
 
-enum class SettingType { number, wholeNumber, text, wholeNumbers, wholeNumbersByPage };
+enum class SettingType { number, wholeNumber, flag, text, wholeNumbers, wholeNumbersByPage };
 
 struct Setting {
   std::string_view key;
@@ -37,6 +38,8 @@ bool fits(const Value& value, SettingType type) {
       return value.number().has_value() && !value.flag().has_value();
     case SettingType::wholeNumber:
       return isWhole(value);
+    case SettingType::flag:
+      return value.flag().has_value();
     case SettingType::text:
       return value.text() != nullptr;
     case SettingType::wholeNumbers:
@@ -51,22 +54,55 @@ bool fits(const Value& value, SettingType type) {
   return false;
 }
 
+/// The value that a text spells in JSON; nullopt when it spells none.
+std::optional<Value> parsed(const std::string& text) {
+  try {
+    return ValueJson::parse(text);
+  } catch (const ValueJson::ParseError&) {
+    return std::nullopt;
+  }
+}
+
 Value typedValue(const Setting& setting, const std::string& text) {
   if (setting.type == SettingType::text) {
     return text;
   }
-  try {
-    const Value parsed = ValueJson::parse(text);
-    if (fits(parsed, setting.type)) {
-      return parsed;
-    }
-  } catch (const ValueJson::ParseError&) {
+  const auto value = parsed(text);
+  if (value && fits(*value, setting.type)) {
+    return *value;
   }
   throw UsageError("The option " + std::string(setting.key) + " needs " +
                    std::string(setting.hint) + ".");
 }
 
+/// The type that the offer's field of this key names; empty when there is no such field.
+std::string fieldType(const Value& fields, const std::string& key) {
+  if (fields.list() != nullptr) {
+    for (const Value& field : *fields.list()) {
+      if (field["key"] == Value(key)) {
+        return *field["type"].text();
+      }
+    }
+  }
+  return {};
+}
+
 }  // namespace
+
+Value::Map offerOptions(const Arguments& arguments, const Value& fields) {
+  Value::Map options;
+  for (const auto& [key, text] : arguments.settings) {
+    const std::string type = fieldType(fields, key);
+    if (type == "number") {
+      options[key] = typedValue({key, SettingType::number, "a number"}, text);
+    } else if (type == "bool") {
+      options[key] = typedValue({key, SettingType::flag, "true or false"}, text);
+    } else {
+      options[key] = type == "text" ? Value(text) : parsed(text).value_or(Value(text));
+    }
+  }
+  return options;
+}
 
 Value::Map actionOptions(const Arguments& arguments) {
   Value::Map options;

@@ -13,6 +13,7 @@
 #include "cli/help.h"
 #include "cli/host_command.h"
 #include "cli/inspect_command.h"
+#include "cli/offer_commands.h"
 #include "cli/offers_command.h"
 
 namespace {
@@ -32,10 +33,12 @@ ExitStatus run(const Arguments& arguments) {
   }
   using Command = ExitStatus (*)(const Arguments&);
   const std::map<std::string, Command> commands = {{"action", tolvane::actionCommand},
+                                                   {"convert", tolvane::convertCommand},
                                                    {"engines", tolvane::enginesCommand},
                                                    {"host", tolvane::hostCommand},
                                                    {"inspect", tolvane::inspectCommand},
-                                                   {"offers", tolvane::offersCommand}};
+                                                   {"offers", tolvane::offersCommand},
+                                                   {"tool", tolvane::toolCommand}};
   const auto found = commands.find(arguments.command);
   if (found == commands.end()) {
     throw UsageError(arguments.command.empty() ? "Name a command."

@@ -2,36 +2,16 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <fmt/format.h>
 
-#include "bridge/value_json.h"
 #include "cli/console.h"
-#include "cli/host_session.h"
+#include "cli/selection_query.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 
 namespace {
-
-/// Hands the files to the host like a drop and waits for its answer.
-Value::Map resolve(const std::vector<std::string>& files) {
-  HostSession host;
-  Value::Map resolved;
-  int heard = 0;
-  host.listen([&](const Value::Map& event) {
-    // The first event empties the old selection, the second is the answer.
-    if (valueAt(event, "type") == Value("selectionResolved") && ++heard == 2) {
-      resolved = event;
-      host.loop().quit();
-    }
-  });
-  host.bridge().select({files.begin(), files.end()});
-  if (resolved.empty()) {
-    host.loop().run();
-  }
-  return resolved;
-}
 
 void printField(const Value& field) {
   Console::print(fmt::format("      {} = {}   {}\n",
@@ -79,7 +59,7 @@ void print(const Value::Map& resolved) {
 }  // namespace
 
 ExitStatus offersCommand(const Arguments& arguments) {
-  Value::Map resolved = resolve(namedFiles(arguments, 0));
+  Value::Map resolved = resolveSelection(namedFiles(arguments, 0));
   const bool isComplete = valueAt(resolved, "message") == Value("");
   if (arguments.json) {
     resolved.erase("type");

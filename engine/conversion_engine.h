@@ -26,6 +26,13 @@ struct Job {
   Value::Map options;
   const CancellationToken& token;
   Progress progress;
+
+  /// Calls `progress` where there is one.
+  void report(int completed, int total) const {
+    if (progress) {
+      progress(completed, total);
+    }
+  }
 };
 
 /// Admits files and runs the native PDF and image actions. Holds no state between calls but the

@@ -39,12 +39,29 @@ fs::path prepareDestination(const std::optional<fs::path>& destination,
   return folder;
 }
 
-fs::path promote(const StagedOutput& output,
-                 const fs::path& folder,
-                 const std::vector<fs::path>& sources) {
+Placement::Placement(fs::path folder, std::vector<fs::path> sources, PlacementSentences sentences)
+    : folder_(std::move(folder)), sources_(std::move(sources)), sentences_(sentences) {}
+
+Placement::~Placement() {
+  for (const fs::path& file : placed_) {
+    FileSystem::removeQuietly(file);
+  }
+}
+
+void Placement::place(const StagedOutput& output) {
+  // Room beforehand: a file that is in place must get into the list, or it could not be removed.
+  placed_.reserve(placed_.size() + 1);
+  placed_.push_back(promote(output));
+}
+
+std::vector<fs::path> Placement::finish() {
+  return std::exchange(placed_, {});
+}
+
+fs::path Placement::promote(const StagedOutput& output) const {
   for (int attempt = 0; attempt < Limits::maxNameAttempts; ++attempt) {
-    fs::path candidate = folder / OutputNames::candidate(output.name, attempt);
-    if (std::find(sources.begin(), sources.end(), candidate) != sources.end()) {
+    fs::path candidate = folder_ / OutputNames::candidate(output.name, attempt);
+    if (std::find(sources_.begin(), sources_.end(), candidate) != sources_.end()) {
       continue;
     }
     switch (FileSystem::hardLink(output.file, candidate)) {
@@ -53,32 +70,25 @@ fs::path promote(const StagedOutput& output,
       case FileSystem::LinkOutcome::nameTaken:
         continue;
       case FileSystem::LinkOutcome::refused:
-        throw ConversionFailure::message(
-            "Could not save the result. Check folder permissions and free space.");
+        throw ConversionFailure::message(sentences_.refused);
     }
   }
-  throw ConversionFailure::message("Too many output filename collisions. Choose another folder.");
+  throw ConversionFailure::message(sentences_.collisions);
 }
 
 std::vector<fs::path> placeAll(const std::vector<StagedOutput>& outputs,
                                const fs::path& folder,
                                const std::vector<fs::path>& sources,
                                const CancellationToken& token) {
-  // Room beforehand: a file that is in place must get into the list, or it could not be removed.
-  std::vector<fs::path> placed;
-  placed.reserve(outputs.size());
-  try {
-    for (const StagedOutput& output : outputs) {
-      token.check();
-      placed.push_back(promote(output, folder, sources));
-    }
-  } catch (...) {
-    for (const fs::path& file : placed) {
-      FileSystem::removeQuietly(file);
-    }
-    throw;
+  Placement placement(folder,
+                      sources,
+                      {"Could not save the result. Check folder permissions and free space.",
+                       "Too many output filename collisions. Choose another folder."});
+  for (const StagedOutput& output : outputs) {
+    token.check();
+    placement.place(output);
   }
-  return placed;
+  return placement.finish();
 }
 
 }  // namespace tolvane

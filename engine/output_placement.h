@@ -47,15 +47,44 @@ class StagedOutputs {
     const std::optional<std::filesystem::path>& destination,
     const std::filesystem::path& firstInput);
 
-/// Gives one staged file its final name by a hard link under the first free candidate; never
-/// replaces an entry and never takes the name of one of the job's inputs (`sources`).
-/// @throws ConversionFailure
-[[nodiscard]] std::filesystem::path promote(const StagedOutput& output,
-                                            const std::filesystem::path& folder,
-                                            const std::vector<std::filesystem::path>& sources);
+/// What a failed placement says.
+struct PlacementSentences {
+  const char* refused;     ///< the file system does not take the file
+  const char* collisions;  ///< every name that could be tried is taken
+};
 
-/// Places every output, in order. When one cannot be placed, or the job is cancelled, those placed
-/// before are removed again.
+/// Puts the results of one job into the user's folder, all or none: what was placed is removed
+/// again unless finish() is reached.
+class Placement {
+ public:
+  /// @param folder as prepareDestination() gives it; on the file system of the staged files.
+  /// @param sources the job's inputs, whose names are never taken.
+  Placement(std::filesystem::path folder,
+            std::vector<std::filesystem::path> sources,
+            PlacementSentences sentences);
+  ~Placement();
+  Placement(const Placement&) = delete;
+  Placement& operator=(const Placement&) = delete;
+
+  /// Gives a file its final name by a hard link under the first free candidate; never replaces an
+  /// entry.
+  /// @throws ConversionFailure
+  void place(const StagedOutput& output);
+
+  /// @return what was placed, in order; it stays.
+  [[nodiscard]] std::vector<std::filesystem::path> finish();
+
+ private:
+  [[nodiscard]] std::filesystem::path promote(const StagedOutput& output) const;
+
+  std::filesystem::path folder_;
+  std::vector<std::filesystem::path> sources_;
+  PlacementSentences sentences_;
+  std::vector<std::filesystem::path> placed_;
+};
+
+/// Places every output of a native job, in order, unless the job is cancelled meanwhile.
+/// @throws ConversionFailure
 [[nodiscard]] std::vector<std::filesystem::path> placeAll(
     const std::vector<StagedOutput>& outputs,
     const std::filesystem::path& folder,
