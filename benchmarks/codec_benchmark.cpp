@@ -1,7 +1,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bridge/standard_codec.h"
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 namespace {
 

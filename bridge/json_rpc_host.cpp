@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 

@@ -38,7 +38,7 @@ BytesView bytesOf(const std::string& text) {
 }
 
 void requireDepth(int depth) {
-  if (depth >= StandardCodec::maxDepth) {
+  if (depth >= Value::maxDepth) {
     throw MalformedMessage("The message is nested too deeply.");
   }
 }

@@ -20,9 +20,6 @@ class MalformedMessage : public std::runtime_error {
 };
 
 namespace StandardCodec {
-/// Lists and maps within each other; guards the stack, in both directions.
-inline constexpr int maxDepth = 512;
-
 [[nodiscard]] Bytes encode(const Value& value);
 /// @throws MalformedMessage
 [[nodiscard]] Value decode(BytesView message);

@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "bridge/value_json.h"
 #include "cli/console.h"
+#include "engine/json/value_json.h"
 #include "universal/toolchain/engine_report.h"
 
 namespace tolvane {

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "bridge/value_json.h"
 #include "cli/console.h"
 #include "engine/conversion_engine.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 

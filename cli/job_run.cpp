@@ -8,10 +8,10 @@
 
 #include <fmt/format.h>
 
-#include "bridge/value_json.h"
 #include "cli/console.h"
 #include "cli/host_session.h"
 #include "cli/progress_bar.h"
+#include "engine/json/value_json.h"
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_names.h"
 #include "platform/files/platform_error.h"

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 

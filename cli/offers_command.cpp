@@ -5,9 +5,9 @@
 
 #include <fmt/format.h>
 
-#include "bridge/value_json.h"
 #include "cli/console.h"
 #include "cli/selection_query.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 

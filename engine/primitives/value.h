@@ -22,6 +22,9 @@ class Value {
   using Variant =
       std::variant<std::monostate, bool, std::int64_t, double, std::string, Bytes, List, Map>;
 
+  /// Lists and maps within each other, in what is read and written; guards the stack.
+  static constexpr int maxDepth = 512;
+
   Value() = default;
   // The conversions are implicit so that maps and lists of values can be written down as literals.
   // NOLINTBEGIN(google-explicit-constructor)

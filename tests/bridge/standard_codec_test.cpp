@@ -138,7 +138,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(StandardCodecDepth, EndsAt512InBothDirections) {
   Value nested = Value::List{};
   Bytes message = {12, 0};
-  for (int depth = 1; depth < StandardCodec::maxDepth; ++depth) {
+  for (int depth = 1; depth < Value::maxDepth; ++depth) {
     nested = Value::List{std::move(nested)};
     message.insert(message.begin(), {12, 1});
   }

@@ -1,4 +1,4 @@
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 #include <cstdint>
 #include <optional>
@@ -6,7 +6,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "bridge/standard_codec.h"
 #include "platform/text/base64.h"
 
 namespace tolvane::ValueJson {
@@ -88,7 +87,7 @@ Value numberOf(const Json& json) {
 }
 
 Value valueOf(const Json& json, int depth) {
-  if (json.is_structured() && depth >= StandardCodec::maxDepth) {
+  if (json.is_structured() && depth >= Value::maxDepth) {
     throw ParseError("The text is nested too deeply.");
   }
   if (json.is_array()) {

@@ -11,7 +11,7 @@
 /// not a number) is written null.
 namespace tolvane::ValueJson {
 
-/// Text that is no JSON, or nested more than StandardCodec::maxDepth deep.
+/// Text that is no JSON, or nested more than Value::maxDepth deep.
 class ParseError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

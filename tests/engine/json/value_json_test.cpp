@@ -1,4 +1,4 @@
-#include "bridge/value_json.h"
+#include "engine/json/value_json.h"
 
 #include <limits>
 
