@@ -12,7 +12,8 @@ class SystemSettings {
   SystemSettings(const SystemSettings&) = delete;
   SystemSettings& operator=(const SystemSettings&) = delete;
 
-  /// The link to the privacy settings, without an anchor; empty when the desktop has none.
+  /// The address of the privacy settings ("scheme://..."), without an anchor; empty when the
+  /// desktop has none.
   [[nodiscard]] virtual std::string privacyLink() const = 0;
   /// Opens a link that begins with privacyLink() and may end with "?" and an anchor:
   /// Privacy_Accessibility, Privacy_ListenEvent or Privacy_Automation. Returns at once; does what
