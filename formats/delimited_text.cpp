@@ -25,12 +25,13 @@ class DelimitedReader {
 
   Table read() {
     while (position_ < text_.size()) {
-      if (isQuote() && cell_.empty()) {
+      if (isQuote()) {
         readQuoted();
-      } else {
-        readPlain();
       }
-      readEndOfCell();
+      readPlain();
+      if (position_ < text_.size()) {
+        readCellEnd();
+      }
     }
     if (!cell_.empty() || !row_.empty()) {
       finishRow();
@@ -65,7 +66,8 @@ class DelimitedReader {
     }
   }
 
-  /// Up to what ends the cell. Quotes are text here.
+  /// Up to what ends the cell, from its start or from behind a quoted section. Quotes are text
+  /// here.
   void readPlain() {
     std::size_t next = cellEnds_.findIn(text_, position_);
     while (next < text_.size() && !TextClusters::isAlone(text_, next)) {
@@ -74,18 +76,14 @@ class DelimitedReader {
     take(next);
   }
 
-  /// Stays where the text after a quoted section goes on.
-  void readEndOfCell() {
-    const bool isEnd = position_ < text_.size() && cellEnds_.holds(text_[position_]) &&
-                       TextClusters::isAlone(text_, position_);
-    if (!isEnd) {
-      return;
-    }
-    const bool isDelimiter = text_[position_] == delimiter_;
-    position_ += text_.substr(position_).starts_with(lineEnd) ? lineEnd.size() : 1;
-    if (isDelimiter) {
+  void readCellEnd() {
+    const char end = text_[position_++];
+    if (end == delimiter_) {
       finishCell();
       return;
+    }
+    if (end == '\r' && position_ < text_.size() && text_[position_] == '\n') {
+      ++position_;
     }
     finishRow();
     require(rows_.size() <= maxFinishedRows);
