@@ -107,9 +107,11 @@ Value valueOf(const Json& json, int depth) {
 
 }  // namespace
 
-std::string write(const Value& value) {
-  constexpr int oneLine = -1;
-  return jsonOf(value).dump(oneLine, ' ', false, Json::error_handler_t::replace);
+std::string write(const Value& value, Layout layout) {
+  constexpr int noLines = -1;
+  constexpr int spaces = 2;
+  const int indentation = layout == Layout::oneLine ? noLines : spaces;
+  return jsonOf(value).dump(indentation, ' ', false, Json::error_handler_t::replace);
 }
 
 Value parse(std::string_view text) {

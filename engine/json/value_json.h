@@ -17,8 +17,13 @@ class ParseError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// On one line. Bytes of a path that are not UTF-8 are shown as U+FFFD.
-[[nodiscard]] std::string write(const Value& value);
+enum class Layout {
+  oneLine,
+  indented  ///< a member a line
+};
+
+/// Keys are sorted. Bytes of a path that are not UTF-8 are shown as U+FFFD.
+[[nodiscard]] std::string write(const Value& value, Layout layout = Layout::oneLine);
 
 /// Whole numbers past 64 bits read as doubles; a map whose only member is "$bytes" with base64 text
 /// reads as bytes.

@@ -67,6 +67,9 @@ class ImageDecoderTest : public ::testing::Test {
   std::optional<ImageHeader> header(const std::string& content) {
     return imageDecoder().probe(folder_.write("picture", content));
   }
+  std::optional<ImageProperties> imagePropertiesOf(const std::string& content) {
+    return imageDecoder().properties(folder_.write("picture", content));
+  }
   /// The file that vips writes for the suffix, which may hold options.
   static std::string written(const VImage& image, const std::string& suffix) {
     void* buffer = nullptr;
@@ -413,6 +416,66 @@ TEST_F(ImageDecoderTest, TakesNamesAsTheyAre) {
   const TemporaryFolder folder;
   const std::string content = written(vipsImage(gradient(12, 8, PixelLayout::rgb)), ".tif");
   EXPECT_EQ(imageDecoder().decode(folder.write("scan[page=3]", content), anySize).width, 12);
+}
+
+struct PropertiesCase {
+  const char* label;
+  const char* suffix;
+  std::function<VImage(VImage)> change;
+  ImageProperties expected;
+};
+void PrintTo(const PropertiesCase& c, std::ostream* out) {
+  *out << c.label;
+}
+class ImagePropertiesTest : public ImageDecoderTest,
+                            public ::testing::WithParamInterface<PropertiesCase> {};
+
+TEST_P(ImagePropertiesTest, AreThoseOfTheStoredPicture) {
+  const VImage image = GetParam().change(vipsImage(gradient(6, 4, PixelLayout::rgb)));
+  const auto properties = imagePropertiesOf(written(image, GetParam().suffix));
+  ASSERT_TRUE(properties.has_value());
+  const ImageProperties& expected = GetParam().expected;
+  EXPECT_EQ(properties->width, 6);
+  EXPECT_EQ(properties->height, 4);
+  EXPECT_EQ(properties->orientation, expected.orientation);
+  EXPECT_EQ(properties->colorModel, expected.colorModel);
+  EXPECT_EQ(properties->depth, expected.depth);
+  EXPECT_EQ(properties->hasAlpha, expected.hasAlpha);
+  EXPECT_EQ(properties->hasColorProfile, expected.hasColorProfile);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds,
+    ImagePropertiesTest,
+    ::testing::Values(
+        PropertiesCase{"turned JPEG",
+                       ".jpg",
+                       [](VImage image) {
+                         image = image.copy();
+                         image.set("orientation", 6);
+                         return image;
+                       },
+                       {.orientation = 6, .colorModel = "RGB"}},
+        PropertiesCase{"deep PNG with alpha",
+                       ".png",
+                       [](const VImage& image) {
+                         return image.colourspace(VIPS_INTERPRETATION_RGB16).bandjoin(65535);
+                       },
+                       {.colorModel = "RGB", .depth = 16, .hasAlpha = true}},
+        PropertiesCase{
+            "grey PNG",
+            ".png",
+            [](const VImage& image) { return image.colourspace(VIPS_INTERPRETATION_B_W); },
+            {.colorModel = "Gray"}},
+        PropertiesCase{"press TIFF",
+                       ".tiff",
+                       [](const VImage& image) {
+                         return image.icc_export(VImage::option()->set("output_profile", "cmyk"));
+                       },
+                       {.colorModel = "CMYK", .hasColorProfile = true}}));
+
+TEST_F(ImageDecoderTest, KnowsNoPropertiesOfOtherFiles) {
+  EXPECT_FALSE(imagePropertiesOf("junk").has_value());
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ std::string pageObject(const PdfPage& page, int contents) {
 }
 
 /// Objects in order, numbered from 1, with header, table and trailer.
-std::string fileOf(const std::vector<std::string>& objects) {
+std::string fileOf(const std::vector<std::string>& objects, const std::string& information) {
   std::string file = "%PDF-1.4\n";
   std::string table = "0000000000 65535 f \n";
   for (std::size_t index = 0; index < objects.size(); ++index) {
@@ -60,11 +60,13 @@ std::string fileOf(const std::vector<std::string>& objects) {
     file += fmt::format("{} 0 obj\n{}\nendobj\n", index + 1, objects[index]);
   }
   return fmt::format(
-      "{0}xref\n0 {1}\n{2}trailer\n<< /Size {1} /Root 1 0 R >>\nstartxref\n{3}\n%%EOF\n",
+      "{0}xref\n0 {1}\n{2}trailer\n<< /Size {1} /Root 1 0 R /Info << {4} >> >>\nstartxref\n{3}\n"
+      "%%EOF\n",
       file,
       objects.size() + 1,
       table,
-      file.size());
+      file.size(),
+      information);
 }
 
 fs::path writeEncrypted(const std::string& plain,
@@ -100,6 +102,11 @@ PdfBuilder& PdfBuilder::inherited(const std::string& entries) {
   return *this;
 }
 
+PdfBuilder& PdfBuilder::information(const std::string& entries) {
+  information_ = entries;
+  return *this;
+}
+
 PdfBuilder& PdfBuilder::wrongCount(std::size_t count) {
   wrongCount_ = count;
   return *this;
@@ -121,7 +128,7 @@ std::string PdfBuilder::bytes() const {
                            wrongCount_.value_or(pages_.size()),
                            kids,
                            inherited_);
-  return fileOf(objects);
+  return fileOf(objects, information_);
 }
 
 fs::path PdfBuilder::write(const fs::path& file) const {

@@ -27,6 +27,8 @@ class PdfBuilder {
   PdfBuilder& page(PdfPage page);
   /// Entries of the page tree's root, which the pages inherit, such as "/Rotate 90".
   PdfBuilder& inherited(const std::string& entries);
+  /// Entries of the information dictionary, such as "/Title (Hello)".
+  PdfBuilder& information(const std::string& entries);
   /// States a number of pages that is not theirs.
   PdfBuilder& wrongCount(std::size_t count);
 
@@ -42,6 +44,7 @@ class PdfBuilder {
  private:
   std::vector<PdfPage> pages_;
   std::string inherited_;
+  std::string information_;
   std::optional<std::size_t> wrongCount_;
 };
 

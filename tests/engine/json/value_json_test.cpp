@@ -42,6 +42,12 @@ TEST(ValueJsonTest, WritesWhatJsonCannotHoldInsteadOfFailing) {
   EXPECT_EQ(ValueJson::write(std::numeric_limits<double>::infinity()), "null");
 }
 
+TEST(ValueJsonTest, IndentsForPeople) {
+  EXPECT_EQ(
+      ValueJson::write(Value::Map{{"b", Value::List{1}}, {"a", "ä"}}, ValueJson::Layout::indented),
+      "{\n  \"a\": \"ä\",\n  \"b\": [\n    1\n  ]\n}");
+}
+
 TEST(ValueJsonTest, ReadsNumbersPast64BitsAsDoubles) {
   EXPECT_EQ(ValueJson::parse("9223372036854775808"), Value(9223372036854775808.0));
   EXPECT_EQ(ValueJson::parse("1e3"), Value(1000.0));
