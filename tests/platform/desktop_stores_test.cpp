@@ -1,0 +1,165 @@
+#include <cstdlib>
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "platform/desktop/autostart_entry.h"
+#include "platform/desktop/desktop_entry.h"
+#include "platform/desktop/file_user_defaults.h"
+#include "platform/desktop/user_folders.h"
+#include "platform/files/platform_error.h"
+#include "tests/support/failure_text.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+namespace {
+
+TEST(FileUserDefaults, KeepsTextsForTheNextProcess) {
+  const support::TemporaryFolder folder;
+  const auto file = folder / "new/tolvane/settings.json";
+  FileUserDefaults defaults(file);
+  EXPECT_EQ(defaults.text("shortcutKey"), std::nullopt);
+  defaults.setText("shortcutKey", "X");
+  defaults.setText("other", "a \"b\"\n→");
+  defaults.setText("shortcutKey", "K");
+  const FileUserDefaults next(file);
+  EXPECT_EQ(next.text("shortcutKey"), "K");
+  EXPECT_EQ(next.text("other"), "a \"b\"\n→");
+  EXPECT_EQ(folder.names().size(), 1U);
+}
+
+TEST(FileUserDefaults, TakesADamagedFileAsEmptyAndReplacesIt) {
+  const support::TemporaryFolder folder;
+  for (const char* damaged : {"", "{\"a\": ", "[1]", "{\"shortcutKey\": 5}", "\xff"}) {
+    const auto file = folder.write("settings.json", damaged);
+    FileUserDefaults defaults(file);
+    EXPECT_EQ(defaults.text("shortcutKey"), std::nullopt) << damaged;
+    defaults.setText("shortcutKey", "F");
+    EXPECT_EQ(FileUserDefaults(file).text("shortcutKey"), "F");
+  }
+}
+
+TEST(FileUserDefaults, KeepsATextForItsProcessWhenItCannotBeStored) {
+  const support::TemporaryFolder folder;
+  FileUserDefaults defaults(folder.write("file", "") / "settings.json");
+  defaults.setText("shortcutKey", "V");
+  EXPECT_EQ(defaults.text("shortcutKey"), "V");
+  defaults.setText("shortcutKey", "not UTF-8: \xff");
+  EXPECT_EQ(defaults.text("shortcutKey"), "not UTF-8: \xff");
+}
+
+class AutostartTest : public testing::Test {
+ protected:
+  AutostartTest() { makeProgram("tolvane-desktop"); }
+
+  std::filesystem::path makeProgram(const std::string& name) const {
+    const auto program = folder_.write(name, "#!/bin/sh\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    return program;
+  }
+
+  LoginStatus statusOf(const std::string& content) const {
+    return AutostartEntry(folder_.write("a.desktop", content), "/unused").status();
+  }
+
+  support::TemporaryFolder folder_;
+};
+
+TEST_F(AutostartTest, IsEnabledWhileRegistered) {
+  for (const char* name : {"plain", "with space", "a\"b`c$d\\e%f%%g\nh", "é'(&;)|*?#~=[x]"}) {
+    AutostartEntry entry(folder_ / "config/autostart/app.desktop", makeProgram(name));
+    EXPECT_EQ(entry.status(), LoginStatus::notRegistered);
+    entry.registerApplication();
+    EXPECT_EQ(entry.status(), LoginStatus::enabled) << name;
+    std::filesystem::remove(folder_ / name);
+    EXPECT_EQ(entry.status(), LoginStatus::notFound) << name;
+    entry.unregisterApplication();
+    entry.unregisterApplication();
+    EXPECT_EQ(entry.status(), LoginStatus::notRegistered);
+  }
+}
+
+TEST_F(AutostartTest, WritesAFileThatEveryDesktopReads) {
+  const auto file = folder_ / "app.desktop";
+  AutostartEntry(file, makeProgram("say \"hi\"")).registerApplication();
+  EXPECT_EQ(support::contentOf(file),
+            "[Desktop Entry]\nType=Application\nName=tolvane\nExec=\"" + folder_.path().string() +
+                "/say \\\\\"hi\\\\\"\"\nTerminal=false\nStartupNotify=false\n");
+}
+
+TEST_F(AutostartTest, TellsWhatAFileOfTheUserMeans) {
+  const std::string exec = "Exec=" + (folder_ / "tolvane-desktop").string();
+  EXPECT_EQ(statusOf("[Desktop Entry]\n" + exec + " --hidden %U\n"), LoginStatus::enabled);
+  EXPECT_EQ(statusOf("[Desktop Entry]\r\n Exec = sh\r\nHidden=false"), LoginStatus::enabled);
+  EXPECT_EQ(statusOf("[Desktop Entry]\nHidden = true\n" + exec), LoginStatus::requiresApproval);
+  EXPECT_EQ(statusOf("[Desktop Entry]\nHidden=true\nExec=/gone"), LoginStatus::requiresApproval);
+  EXPECT_EQ(statusOf("[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n" + exec),
+            LoginStatus::requiresApproval);
+  EXPECT_EQ(statusOf("[Desktop Entry]\n#Hidden=true\n" + exec + "\n[Other]\nHidden=true"),
+            LoginStatus::enabled);
+  for (const char* text : {"",
+                           "[Desktop Entry]\nExec=\n",
+                           "[Desktop Entry]\nExec=/gone/tolvane\n",
+                           "[Desktop Entry]\nExec=no-such-program-anywhere\n",
+                           "[Other]\nExec=sh\n"}) {
+    EXPECT_EQ(statusOf(text), LoginStatus::notFound) << text;
+  }
+}
+
+TEST_F(AutostartTest, IsSwitchedOnAgainByRegistering) {
+  const auto file = folder_.write("a.desktop", "[Desktop Entry]\nHidden=true\n");
+  AutostartEntry entry(file, folder_ / "tolvane-desktop");
+  entry.registerApplication();
+  EXPECT_EQ(entry.status(), LoginStatus::enabled);
+}
+
+TEST_F(AutostartTest, RefusesInTheSystemsWords) {
+  const auto gone = folder_ / "gone";
+  AutostartEntry missing(folder_ / "a", gone);
+  EXPECT_EQ(support::failureText([&] { missing.registerApplication(); }),
+            gone.string() + " is not an installed program.");
+  const auto blocked = folder_.write("blocked", "") / "a.desktop";
+  AutostartEntry entry(blocked, folder_ / "tolvane-desktop");
+  EXPECT_EQ(support::failureText([&] { entry.registerApplication(); }),
+            "Could not create " + (folder_ / "blocked").string() + ": Not a directory.");
+}
+
+/// Sets a variable for one test.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* old = std::getenv(name); old != nullptr) {
+      old_ = old;
+    }
+    set(value);
+  }
+  ~Variable() { set(old_ ? old_->c_str() : nullptr); }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+  void set(const char* value) const {
+    if (value != nullptr) {
+      ::setenv(name_, value, 1);
+    } else {
+      ::unsetenv(name_);
+    }
+  }
+
+ private:
+  const char* name_;
+  std::optional<std::string> old_;
+};
+
+TEST(UserFolders, FollowTheEnvironment) {
+  const Variable home("HOME", "/home/me");
+  const Variable configuration("XDG_CONFIG_HOME", "/set");
+  EXPECT_EQ(UserFolders::configuration(), "/set");
+  for (const char* unusable : {"", "relative", static_cast<const char*>(nullptr)}) {
+    configuration.set(unusable);
+    EXPECT_EQ(UserFolders::configuration(), "/home/me/.config");
+  }
+  home.set(nullptr);
+  EXPECT_THROW(static_cast<void>(UserFolders::configuration()), PlatformError);
+}
+
+}  // namespace
+}  // namespace tolvane
