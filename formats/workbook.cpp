@@ -22,9 +22,8 @@ constexpr std::size_t blockBytes = 1'048'576;  // of the sheet that are held in 
 constexpr unsigned ownerOnly = 0700;
 constexpr double zipTimeout = 120;  // seconds
 
-/// The user's own settings for zip are set aside. The runner's log and scratch folder lie beside
-/// the parts and stay out: spreadsheet programs distrust packages with unknown entries.
-constexpr const char* zipOptions = "-x .process-* .engine-tmp/*";
+/// Says nothing new, but sets aside what the user's own ZIPOPT or ZIP say.
+constexpr const char* zipOptions = "-q";
 
 constexpr std::string_view folders[] = {"_rels", "xl", "xl/_rels", "xl/worksheets"};
 constexpr std::string_view worksheetPart = "xl/worksheets/sheet1.xml";
@@ -133,10 +132,10 @@ void workbook(const Table& rows,
   writeWorksheet(rows, package.path() / worksheetPart, token);
   toolchain.run({.name = "zip",
                  .arguments = {"-qr", to.string(), "."},
-                 .in = package.path(),
+                 .in = workspace,
                  .timeout = zipTimeout,
                  .environment = {{"ZIPOPT", zipOptions}},
-                 .writableRoot = workspace},
+                 .currentDirectory = package.path()},
                 token);
 }
 

@@ -1,8 +1,52 @@
 #include "formats/worksheet_text.h"
 
+#include <algorithm>
+#include <cctype>
+
+#include <fmt/format.h>
+
 #include "formats/xml_text.h"
 
 namespace tolvane::WorksheetText {
+
+namespace {
+
+/// XML can hold none of these, and makes a line feed of a carriage return.
+bool isUnwritable(char character) {
+  const auto code = static_cast<unsigned char>(character);
+  return code < 0x20 && character != '\t' && character != '\n';
+}
+
+/// @return whether the text goes on with what readers take for a character: "_x000C_".
+bool startsSpelling(std::string_view text) {
+  constexpr std::size_t length = 7;
+  return text.size() >= length && text.starts_with("_x") && text[length - 1] == '_' &&
+         std::all_of(text.begin() + 2, text.begin() + length - 1, [](unsigned char digit) {
+           return std::isxdigit(digit) != 0;
+         });
+}
+
+/// The cell's text with such characters spelled by their codes (ECMA-376 Part 1, 22.9.2.19).
+std::string spelled(std::string_view cell) {
+  std::string result;
+  for (std::size_t position = 0; position < cell.size(); ++position) {
+    if (isUnwritable(cell[position])) {
+      result += fmt::format("_x{:04X}_", static_cast<unsigned char>(cell[position]));
+    } else if (startsSpelling(cell.substr(position))) {
+      result += "_x005F_";
+    } else {
+      result += cell[position];
+    }
+  }
+  return result;
+}
+
+bool needsSpelling(const std::string& cell) {
+  return std::any_of(cell.begin(), cell.end(), isUnwritable) ||
+         cell.find("_x") != std::string::npos;
+}
+
+}  // namespace
 
 void appendRow(std::string& text, std::size_t number, const TableRow& row) {
   text += "<row r=\"";
@@ -10,7 +54,7 @@ void appendRow(std::string& text, std::size_t number, const TableRow& row) {
   text += "\">";
   for (const std::string& cell : row) {
     text += R"(<c t="inlineStr"><is><t xml:space="preserve">)";
-    text += UniversalFormats::xml(cell);
+    text += UniversalFormats::xml(needsSpelling(cell) ? spelled(cell) : cell);
     text += "</t></is></c>";
   }
   text += "</row>";

@@ -58,7 +58,7 @@ TEST_F(WorkbookTest, HoldsTheFivePartsAndNothingElse) {
   ::setenv("ZIPOPT", "-e", 1);  // NOLINT(concurrency-mt-unsafe)
   write({{"a<b & \"c\""}, {}, {"", " d "}});
   ::unsetenv("ZIPOPT");  // NOLINT(concurrency-mt-unsafe)
-  EXPECT_THAT(folder_.names(), ElementsAre("table.xlsx"));
+  EXPECT_THAT(folder_.names(), ElementsAre(".engine-tmp", "table.xlsx"));
   EXPECT_EQ(run("unzip", {"-p", file_, "xl/worksheets/sheet1.xml"}),
             R"(<?xml version="1.0"?><worksheet xmlns=")"
             R"(http://schemas.openxmlformats.org/spreadsheetml/2006/main"><sheetData>)"
@@ -87,6 +87,7 @@ TEST_F(WorkbookTest, HoldsTheFivePartsAndNothingElse) {
 TEST_F(WorkbookTest, OpensInTheOfficeSuiteWithEveryCellAsItWas) {
   Table rows = {{"plain", "a<b> & \"c\" 'd'", "  spaces  ", "tab\there"},
                 {"", "", "after empty cells", "=1+1"},
+                {"form\ffeed", "\x01", "_x000C_", "_x_"},
                 {"007", "1,5", "2024-01-02", "1e5"},
                 {"line\nbreak", "日本語", "👨‍👩‍👧 👍🏽", "שלום עולם"},
                 {"\"quoted\"", "café e\u0301", "'apostrophe", "]]>"}};

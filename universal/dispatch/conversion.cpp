@@ -148,7 +148,7 @@ Outputs fromDocument(const Conversion& c) {
   if (ownReaders.contains(c.source)) {
     document(readText(c.info, c.context), c.output, c.target, Markup::plain, c.context);
   } else {
-    pandoc(reader(c.source), writer(c.target), c.info.url, c.output, c.context);
+    pandoc(c.context, reader(c.source), writer(c.target), c.info.url, c.output);
   }
   return {c.output};
 }
