@@ -4,7 +4,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/documents/pdf_glyph.h"
 #include "platform/files/bytes.h"
 #include "platform/files/platform_error.h"
 #include "platform/images/bitmap.h"
@@ -49,6 +51,8 @@ class PdfDocument {
   virtual void render(int page, int width, int height, Bitmap& bitmap) = 0;
   /// The text layer in reading order, lines separated by line feeds; empty when there is none.
   [[nodiscard]] virtual std::string text(int page) = 0;
+  /// The characters of text() without the line feeds, each with its box.
+  [[nodiscard]] virtual std::vector<PdfGlyph> glyphs(int page) = 0;
 };
 
 /// A PDF being put together. Keeps the documents whose pages it takes alive.

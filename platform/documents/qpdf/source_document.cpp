@@ -88,6 +88,13 @@ std::string SourceDocument::text(int page) {
   return text;
 }
 
+std::vector<PdfGlyph> SourceDocument::glyphs(int page) {
+  static_cast<void>(pageAt(page));
+  std::vector<PdfGlyph> glyphs = reader().glyphs(page);
+  checkUnchanged();
+  return glyphs;
+}
+
 PageReader& SourceDocument::reader() {
   try {
     if (!reader_) {
