@@ -75,6 +75,17 @@ void render(PdfDocument& document, int page, double scale, Bitmap& bitmap) {
   }
 }
 
+bool renderWithin(
+    PdfDocument& document, int page, double maxWidth, double maxHeight, Bitmap& bitmap) {
+  const PageSize size = uprightSize(document, page);
+  if (!isPaintable(size)) {
+    return false;
+  }
+  const double scale = std::min(maxWidth / size.width, maxHeight / size.height);
+  document.render(page, pixels(size.width * scale), pixels(size.height * scale), bitmap);
+  return true;
+}
+
 Bitmap loadImage(const std::filesystem::path& url, std::int64_t maxDimension) {
   try {
     if (maxDimension >= Limits::minRequestedSide && maxDimension <= Limits::maxImageSide) {
@@ -102,15 +113,12 @@ Bytes preview(PdfDocument& document, std::int64_t page) {
   if (page < 0 || page >= document.pageCount()) {
     throw ConversionFailure::message("That page no longer exists.");
   }
-  const int index = static_cast<int>(page);
   try {
-    const PageSize size = uprightSize(document, index);
-    if (isPaintable(size)) {
-      constexpr double maxWidth = 150;
-      constexpr double maxHeight = 190;
-      const double scale = std::min(maxWidth / size.width, maxHeight / size.height);
-      Bitmap bitmap;
-      document.render(index, pixels(size.width * scale), pixels(size.height * scale), bitmap);
+    const int index = static_cast<int>(page);
+    constexpr double maxWidth = 150;
+    constexpr double maxHeight = 190;
+    Bitmap bitmap;
+    if (renderWithin(document, index, maxWidth, maxHeight, bitmap)) {
       return ImageEncoder::png(bitmap);
     }
   } catch (const PlatformError&) {

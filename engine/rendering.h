@@ -17,6 +17,12 @@ enum class ImageFormat { png, jpeg };
 /// painted.
 void render(PdfDocument& document, int page, double scale, Bitmap& bitmap);
 
+/// The picture of a page, upright, as large as fits into `maxWidth` x `maxHeight` pixels.
+/// @return false when the page has no area.
+/// @throws PlatformError when there is no such page or it cannot be painted.
+[[nodiscard]] bool renderWithin(
+    PdfDocument& document, int page, double maxWidth, double maxHeight, Bitmap& bitmap);
+
 /// The first picture of an image file, upright, its longer side at most `maxDimension` pixels.
 /// @throws ConversionFailure when it cannot be decoded or `maxDimension` is outside 16...16,384.
 [[nodiscard]] Bitmap loadImage(const std::filesystem::path& url, std::int64_t maxDimension);

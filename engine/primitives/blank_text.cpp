@@ -19,7 +19,9 @@ constexpr std::array<std::string_view, 8> wideBlanks = {
     "\xE3\x80\x80",  // ideographic space
 };
 
-/// Length in bytes of the blank at the start of `text`; 0 when there is none.
+constexpr std::size_t longestBlank = 3;
+
+/// Length in bytes of the blank at the start of `text`, not empty; 0 when there is none.
 std::size_t blankLength(std::string_view text) {
   const char first = text.front();
   if (first == ' ' || (first >= '\t' && first <= '\r')) {
@@ -35,17 +37,43 @@ std::size_t blankLength(std::string_view text) {
   return found != wideBlanks.end() ? found->size() : 0;
 }
 
-}  // namespace
+/// Length in bytes of the blank at the end of `text`, not empty; 0 when there is none.
+std::size_t lastBlankLength(std::string_view text) {
+  for (std::size_t length = 1; length <= std::min(longestBlank, text.size()); ++length) {
+    if (blankLength(text.substr(text.size() - length)) == length) {
+      return length;
+    }
+  }
+  return 0;
+}
 
-bool isBlank(std::string_view text) {
+std::string_view withoutLeadingBlanks(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = blankLength(text);
     if (length == 0) {
-      return false;
+      break;
     }
     text.remove_prefix(length);
   }
-  return true;
+  return text;
+}
+
+}  // namespace
+
+bool isBlank(std::string_view text) {
+  return withoutLeadingBlanks(text).empty();
+}
+
+std::string_view trimmed(std::string_view text) {
+  text = withoutLeadingBlanks(text);
+  while (!text.empty()) {
+    const std::size_t length = lastBlankLength(text);
+    if (length == 0) {
+      break;
+    }
+    text.remove_suffix(length);
+  }
+  return text;
 }
 
 }  // namespace tolvane

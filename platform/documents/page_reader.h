@@ -2,7 +2,9 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "platform/documents/pdf_glyph.h"
 #include "platform/files/bytes.h"
 #include "platform/images/bitmap.h"
 
@@ -24,6 +26,8 @@ class PageReader {
   virtual void render(int page, int width, int height, Bitmap& bitmap) = 0;
   /// As PdfDocument::text.
   [[nodiscard]] virtual std::string text(int page) = 0;
+  /// As PdfDocument::glyphs.
+  [[nodiscard]] virtual std::vector<PdfGlyph> glyphs(int page) = 0;
 };
 
 class PageReaderFactory {

@@ -5,7 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/documents/pdf_glyph.h"
 #include "platform/files/bytes.h"
 #include "platform/files/platform_error.h"
 #include "platform/images/bitmap.h"
@@ -53,6 +55,8 @@ class PdfDocument {
   /// What the document says of itself: "Title", "Author", "CreationDate", ... and their text,
   /// UTF-8; dates as they are written, "D:20240131120000Z".
   [[nodiscard]] virtual std::map<std::string, std::string> attributes() = 0;
+  /// The characters of text() without the line feeds, each with its box.
+  [[nodiscard]] virtual std::vector<PdfGlyph> glyphs(int page) = 0;
 };
 
 /// A PDF being put together. Keeps the documents whose pages it takes alive.

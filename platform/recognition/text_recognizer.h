@@ -10,13 +10,16 @@ namespace tolvane {
 /// Reads the text in pictures. Worker thread.
 class TextRecognizer {
  public:
+  static constexpr int unknownResolution = 0;
+
   TextRecognizer() = default;
   virtual ~TextRecognizer() = default;
   TextRecognizer(const TextRecognizer&) = delete;
   TextRecognizer& operator=(const TextRecognizer&) = delete;
 
   /// The recognised lines in reading order, without line ends and never empty.
-  /// @param dotsPerInch resolution of the picture; 144 for a page rendered at scale 2.
+  /// @param dotsPerInch resolution of the picture; 144 for a page rendered at scale 2. An unknown
+  /// one is estimated from the height of the lines.
   /// @throws PlatformError when no language data is installed or recognition fails.
   [[nodiscard]] virtual std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) = 0;
 };

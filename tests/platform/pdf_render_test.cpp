@@ -113,6 +113,31 @@ TEST(PdfDocumentTest, GivesTheTextInReadingOrder) {
   EXPECT_EQ(document->text(1), "");
 }
 
+TEST(PdfDocumentTest, GivesEachCharacterItsBox) {
+  const TemporaryFolder folder;
+  const auto document = pdfLibrary().open(PdfBuilder()
+                                              .page({.text = "Wi fi\nX"})
+                                              .page({.drawing = "0 0 9 9 re f"})
+                                              .write(folder / "a.pdf"));
+  const std::vector<PdfGlyph> glyphs = document->glyphs(0);
+  ASSERT_EQ(glyphs.size(), 6U);
+  std::string text;
+  for (const PdfGlyph& glyph : glyphs) {
+    text += glyph.text;
+    EXPECT_GT(glyph.width, 0) << glyph.text;
+    EXPECT_NEAR(glyph.height, 24, 8) << glyph.text;
+  }
+  EXPECT_EQ(text, "Wi fiX");
+  EXPECT_NEAR(glyphs[0].width, 0.944 * 24, 0.5);  // the widths that Helvetica states
+  EXPECT_NEAR(glyphs[1].width, 0.222 * 24, 0.5);
+  EXPECT_NEAR(glyphs[1].minX(), glyphs[0].maxX(), 0.5);
+  EXPECT_EQ(glyphs[0].midY(), glyphs[4].midY());
+  EXPECT_EQ(glyphs[5].minX(), glyphs[0].minX());
+  EXPECT_GT(glyphs[5].midY(), glyphs[0].midY() + 20);
+  EXPECT_TRUE(document->glyphs(1).empty());
+  EXPECT_THROW(static_cast<void>(document->glyphs(2)), PlatformError);
+}
+
 // The first pages are read from the file itself, later ones from a copy made for reading.
 TEST(PdfDocumentTest, GivesThePageAgainHoweverOftenItIsAsked) {
   const TemporaryFolder folder;

@@ -66,6 +66,11 @@ void makeWhite(Bitmap& bitmap, int width, int height) {
   bitmap.pixels.assign(bitmap.stride() * static_cast<std::size_t>(height), 0xFF);
 }
 
+std::string textOf(PopplerPage* page) {
+  const std::unique_ptr<char, Free> text(poppler_page_get_text(page));
+  return text ? text.get() : std::string();
+}
+
 void ignoreMessage(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 
 }  // namespace
@@ -111,8 +116,29 @@ void PopplerPageReader::render(int page, int width, int height, Bitmap& bitmap) 
 
 std::string PopplerPageReader::text(int page) {
   const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
-  const std::unique_ptr<char, Free> text(poppler_page_get_text(source.get()));
-  return text ? text.get() : std::string();
+  return textOf(source.get());
+}
+
+std::vector<PdfGlyph> PopplerPageReader::glyphs(int page) {
+  const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
+  const std::string text = textOf(source.get());
+  PopplerRectangle* first = nullptr;
+  guint count = 0;
+  poppler_page_get_text_layout(source.get(), &first, &count);
+  const std::unique_ptr<PopplerRectangle, Free> boxes(first);
+  std::vector<PdfGlyph> glyphs;
+  glyphs.reserve(count);
+  // Line feeds have boxes of their own; should the numbers differ, the rest has none.
+  const char* next = text.c_str();
+  for (guint index = 0; index < count && *next != '\0'; ++index) {
+    const char* const character = next;
+    next = g_utf8_next_char(character);
+    if (*character != '\n' && *character != '\r') {
+      const PopplerRectangle& box = boxes.get()[index];
+      glyphs.push_back({{character, next}, box.x1, box.y1, box.x2 - box.x1, box.y2 - box.y1});
+    }
+  }
+  return glyphs;
 }
 
 PopplerPageReaderFactory::PopplerPageReaderFactory() {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/documents/page_reader.h"
 
@@ -20,6 +21,7 @@ class PopplerPageReader : public PageReader {
   int pageCount() override;
   void render(int page, int width, int height, Bitmap& bitmap) override;
   std::string text(int page) override;
+  std::vector<PdfGlyph> glyphs(int page) override;
 
  private:
   std::unique_ptr<Handle> handle_;

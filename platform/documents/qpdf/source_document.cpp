@@ -117,6 +117,13 @@ std::map<std::string, std::string> SourceDocument::attributes() {
   }
 }
 
+std::vector<PdfGlyph> SourceDocument::glyphs(int page) {
+  static_cast<void>(pageAt(page));
+  std::vector<PdfGlyph> glyphs = reader().glyphs(page);
+  checkUnchanged();
+  return glyphs;
+}
+
 PageReader& SourceDocument::reader() {
   try {
     if (!reader_) {

@@ -27,6 +27,7 @@ class SourceDocument : public PdfDocument {
   void render(int page, int width, int height, Bitmap& bitmap) override;
   std::string text(int page) override;
   std::map<std::string, std::string> attributes() override;
+  std::vector<PdfGlyph> glyphs(int page) override;
 
   /// The page's object with the entries that it inherits; to be copied, not changed.
   [[nodiscard]] QPDFObjectHandle completePage(int page);

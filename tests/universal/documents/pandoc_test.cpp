@@ -1,0 +1,226 @@
+#include "universal/documents/pandoc.h"
+
+#include <filesystem>
+#include <ostream>
+#include <string>
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/files/file_system.h"
+#include "platform/images/image_encoder.h"
+#include "platform/text/base64.h"
+#include "tests/support/failure_text.h"
+#include "tests/support/pictures.h"
+#include "tests/support/universal_fixture.h"
+#include "universal/documents/document_writer.h"
+#include "universal/documents/read_text.h"
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+namespace fs = std::filesystem;
+using support::contentOf;
+using support::failureText;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::MatchesRegex;
+using ::testing::Not;
+
+/// A picture for a Markdown text. A larger one is a longer address.
+std::string dataPicture(int side) {
+  const Bytes png = ImageEncoder::png(support::gradient(side, side, PixelLayout::rgb));
+  return "![held](data:image/png;base64," + Base64::encode(png) + ")";
+}
+
+/// How often `part` stands in a file.
+int countIn(const fs::path& file, const std::string& part) {
+  const std::string content = contentOf(file);
+  int count = 0;
+  for (std::size_t at = content.find(part); at != std::string::npos;
+       at = content.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+class PandocTest : public support::UniversalFixture {
+ protected:
+  [[nodiscard]] fs::path output() const { return workspace() / "out"; }
+
+  void convert(const std::string& reader, const std::string& writer, const fs::path& input) {
+    pandoc(withEngines(), reader, writer, input, output());
+  }
+
+  std::string failureOf(const std::string& script) {
+    standIn("pandoc", script);
+    return failureText([&] {
+      pandoc(withStandIns(), "markdown", "docx", folder_.write("a.md", ""), output());
+      return 0;
+    });
+  }
+};
+
+TEST_F(PandocTest, RunsInItsSandbox) {
+  standIn("pandoc");
+  pandoc(withStandIns(), "html", "plain", "/in/a.html", output());
+  EXPECT_THAT(
+      runsOf("pandoc"),
+      ElementsAre(ElementsAre(
+          "--sandbox", "--from=html", "--to=plain", "/in/a.html", "-o", output().string())));
+}
+
+TEST_F(PandocTest, KeepsTheSandboxWhereItCanWritePackages) {
+  standIn("pandoc", ": > \"$output\"");
+  pandoc(withStandIns(), "odt", "docx", "/in/a.odt", output());
+  ASSERT_EQ(runsOf("pandoc").size(), 2U);  // an empty document first
+  EXPECT_THAT(
+      runsOf("pandoc")[1],
+      ElementsAre("--sandbox", "--from=odt", "--to=docx", "/in/a.odt", "-o", output().string()));
+}
+
+TEST_F(PandocTest, PutsAFilterInThePlaceOfASandboxThatCannotWritePackages) {
+  standIn("pandoc", "[ \"$1\" = --sandbox ] && exit 97\n: > \"$output\"");
+  pandoc(withStandIns(), "odt", "epub3", "/in/a.odt", output());
+  ASSERT_EQ(runsOf("pandoc").size(), 2U);
+  EXPECT_THAT(runsOf("pandoc")[1],
+              ElementsAre(MatchesRegex("--lua-filter=.*/filter-[0-9A-F-]+\\.lua"),
+                          "--from=odt",
+                          "--to=epub3",
+                          "/in/a.odt",
+                          "-o",
+                          output().string()));
+}
+
+TEST_F(PandocTest, ReadsTextsInTheSandboxAllTheSame) {
+  standIn("pandoc", "case \"$*\" in --sandbox*--to=pptx*) exit 97;; esac\n: > \"$output\"");
+  const fs::path page = folder_.write("My page.html", "");
+  pandoc(withStandIns(), "html", "pptx", page, output());
+  ASSERT_EQ(runsOf("pandoc").size(), 3U);
+  EXPECT_THAT(runsOf("pandoc")[1],
+              ElementsAre("--sandbox",
+                          MatchesRegex("--lua-filter=.*/filter-[0-9A-F-]+\\.lua"),
+                          "--from=html",
+                          "--to=json",
+                          page.string(),
+                          "-o",
+                          MatchesRegex(".*/pandoc-[0-9A-F-]+/My page.html")));
+  EXPECT_THAT(
+      runsOf("pandoc")[2],
+      ElementsAre("--from=json", "--to=pptx", runsOf("pandoc")[1].back(), "-o", output().string()));
+}
+
+TEST_F(PandocTest, ReportsItsFailures) {
+  const std::string sentence =
+      "pandoc could not process this file (exit {}). Check that the file is valid and the selected "
+      "options fit its content.";
+  EXPECT_EQ(failureOf("exit 64"), fmt::format(fmt::runtime(sentence), 64));
+  EXPECT_EQ(failureOf("exit 97"), fmt::format(fmt::runtime(sentence), 97));
+  EXPECT_EQ(failureText([&] {
+              pandoc({base_, LocalToolchain(EngineLocations{{}}), token_, workspace()},
+                     "html",
+                     "plain",
+                     "/in/a.html",
+                     output());
+              return 0;
+            }),
+            "Install pandoc to use this local operation, then reopen the file.");
+}
+
+struct PackageCase {
+  const char* writer;
+  const char* pictures;  // where the format keeps them
+  int held;              // names of the one picture that the document holds itself
+};
+
+void PrintTo(const PackageCase& c, std::ostream* out) {
+  *out << c.writer;
+}
+
+class PackageTest : public PandocTest, public ::testing::WithParamInterface<PackageCase> {};
+
+constexpr const char* intruding = R"(---
+title: Title
+cover-image: {0}/secret.png
+css: {0}/secret.css
+stylesheet: {0}/secret.css
+background-image: {0}/secret.png
+---
+
+# Heading {{background-image="{0}/secret.png"}}
+
+![first]({0}/secret.png) ![second](secret.png) ![third](../secret.png) ![fourth](file://{0}/secret.png)
+![fifth](%2e%2e/secret.png)
+
+{1}
+
+Inline <img src="{0}/secret.png"> and <IMG SRC="{0}/secret.png">
+
+<pre><img src="{0}/secret.png"></pre>
+
+<video src="{0}/secret.css"></video>
+)";
+
+TEST_P(PackageTest, TakesNoFileOfThisMachineIn) {
+  const auto& [writer, pictures, held] = GetParam();
+  support::writePng(folder_ / "secret.png", support::gradient(20, 20, PixelLayout::rgb));
+  support::writePng(workspace() / "secret.png", support::gradient(20, 20, PixelLayout::rgb));
+  folder_.write("secret.css", "p { color: red }");
+  const fs::path input = folder_.write(
+      "a.md", fmt::format(fmt::runtime(intruding), folder_.path().string(), dataPicture(8)));
+  convert("markdown", writer, input);
+  EXPECT_EQ(countIn(output(), pictures), held);
+  EXPECT_EQ(countIn(output(), "secret"), 0);
+  EXPECT_EQ(countIn(output(), "color: red"), 0);
+}
+
+// The names stand twice in a ZIP file: before each entry and in the list at the end.
+INSTANTIATE_TEST_SUITE_P(Writers,
+                         PackageTest,
+                         ::testing::Values(PackageCase{"docx", "word/media/", 2},
+                                           PackageCase{"odt", "Pictures/", 2},
+                                           PackageCase{"epub3", "EPUB/media/", 2},
+                                           PackageCase{"pptx", "ppt/media/", 2}));
+
+TEST_F(PandocTest, KeepsDescriptionsOfPicturesThatItLeavesOut) {
+  const fs::path made = workspace() / "made.docx";
+  pandoc(withEngines(),
+         "markdown",
+         "docx",
+         folder_.write("a.md", "See ![the harbour](/tmp/harbour.png) here."),
+         made);
+  EXPECT_EQ(readText({made, FileKind::document, ""}, withEngines()), "See the harbour here.\n");
+}
+
+TEST_F(PandocTest, KeepsThePicturesOfContainers) {
+  convert("markdown", "docx", folder_.write("a.md", "A picture: " + dataPicture(8)));
+  fs::rename(output(), folder_ / "a.docx");
+  convert("docx", "odt", folder_ / "a.docx");
+  EXPECT_EQ(countIn(output(), "Pictures/"), 2);
+}
+
+TEST_F(PandocTest, MakesSlidesOfLargePictures) {
+  const std::string slides = "# Page 1\n\n" + dataPicture(400) + "\n\n# Page 2\n\n" +
+                             dataPicture(500) +
+                             "\n\n# Page 3\n\n`![](data:image/png;base64,AAAA)`\n";
+  document(slides, output(), "pptx", Markup::markdown, withEngines());
+  EXPECT_EQ(countIn(output(), "ppt/media/"), 4);
+  EXPECT_EQ(countIn(output(), "ppt/slides/slide3.xml"), 2);
+}
+
+TEST_F(PandocTest, FetchesNothing) {
+  const fs::path page = folder_.write(
+      "a.html",
+      "<p>Before</p><iframe src='http://192.0.2.1/a'></iframe><iframe src='/etc/hostname'></iframe>"
+      "<img src='http://192.0.2.1/b.png' alt='remote'><p>After</p>");
+  EXPECT_THAT(readText({page, FileKind::document, ""}, withEngines()),
+              AllOf(HasSubstr("Before"), HasSubstr("After")));
+  convert("html", "docx", page);
+  EXPECT_EQ(countIn(output(), "word/media/"), 0);
+}
+
+}  // namespace
+
+}  // namespace tolvane::UniversalEngine

@@ -1,0 +1,176 @@
+#include "universal/documents/table_builder.h"
+
+#include <ostream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+using ::testing::ElementsAre;
+using Glyphs = std::vector<PdfGlyph>;
+
+constexpr double height = 10;
+
+PdfGlyph glyph(const char* text, double x, double y) {
+  return {text, x, y, 5, height};
+}
+
+Glyphs joined(Glyphs all, const Glyphs& more) {
+  all.insert(all.end(), more.begin(), more.end());
+  return all;
+}
+
+Table tableOf(const Glyphs& glyphs) {
+  TableBuilder builder;
+  builder.addPage(glyphs);
+  return builder.table();
+}
+
+struct GapCase {
+  const char* label;
+  double gap;     // between the two glyphs that are looked at
+  double height;  // of the first of them
+  TableRow expected;
+};
+
+void PrintTo(const GapCase& c, std::ostream* out) {
+  *out << c.label;
+}
+
+class GapTest : public ::testing::TestWithParam<GapCase> {};
+
+// The row is there twice, and has a last cell far away, so that it is a table in any case.
+TEST_P(GapTest, SplitsCellsAndWords) {
+  Glyphs glyphs;
+  for (const double y : {100.0, 200.0}) {
+    PdfGlyph first = glyph("a", 0, y);
+    first.height = GetParam().height;
+    PdfGlyph second = glyph("b", 5 + GetParam().gap, y);
+    second.height = GetParam().height;
+    PdfGlyph last = second;
+    last.text = "z";
+    last.x = 400;
+    glyphs = joined(glyphs, {first, second, last});
+  }
+  EXPECT_EQ(tableOf(glyphs), Table(2, GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Gaps,
+    GapTest,
+    ::testing::Values(GapCase{"no gap", 0, 10, {"ab", "z"}},
+                      GapCase{"no space", 1.1, 10, {"ab", "z"}},
+                      GapCase{"a space", 1.5, 10, {"a b", "z"}},
+                      GapCase{"below the floor of 10 points", 9.9, 10, {"a b", "z"}},
+                      GapCase{"not more than the floor", 10, 10, {"a b", "z"}},
+                      GapCase{"above the floor", 10.1, 10, {"a", "b", "z"}},
+                      GapCase{"below 0.9 of a great height", 17.9, 20, {"a b", "z"}},
+                      GapCase{"above 0.9 of a great height", 18.1, 20, {"a", "b", "z"}},
+                      GapCase{"over each other", -3, 10, {"ab", "z"}}));
+
+struct LineCase {
+  const char* label;
+  double height;
+  double drop;  // from the first glyph's middle to the second one's
+  bool isOneLine;
+};
+
+void PrintTo(const LineCase& c, std::ostream* out) {
+  *out << c.label;
+}
+
+class LineTest : public ::testing::TestWithParam<LineCase> {};
+
+TEST_P(LineTest, GroupsByTheMiddle) {
+  Glyphs glyphs;
+  for (const double y : {100.0, 300.0}) {
+    glyphs.push_back({"a", 0, y, 5, GetParam().height});
+    glyphs.push_back({"b", 100, y + GetParam().drop, 5, GetParam().height});
+  }
+  EXPECT_EQ(tableOf(glyphs).size(), GetParam().isOneLine ? 2U : 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines,
+                         LineTest,
+                         ::testing::Values(LineCase{"below 0.35 of the height", 10, 3.4, true},
+                                           LineCase{"at 0.35 of the height", 10, 3.5, false},
+                                           LineCase{"upwards", 10, -3.4, true},
+                                           LineCase{"below the floor of 2 points", 4, 1.9, true},
+                                           LineCase{"at the floor", 4, 2.0, false}));
+
+TEST(TableBuilderTest, MeasuresALineByItsFirstGlyphAndThisGlyphsHeight) {
+  // Each is 3 lower than the one before it: the third is too far from the first one.
+  const Glyphs steps = {glyph("a", 0, 100), glyph("b", 50, 103), glyph("c", 100, 106)};
+  const Glyphs again = {glyph("d", 0, 200), glyph("e", 50, 203), glyph("f", 100, 206)};
+  EXPECT_THAT(tableOf(joined(steps, again)),
+              ElementsAre(ElementsAre("a", "b"), ElementsAre("d", "e")));
+}
+
+TEST(TableBuilderTest, TakesTheMostRecentOfTwoMatchingLines) {
+  // Two lines 3.6 apart; x stands between them.
+  const Glyphs row = {glyph("a", 0, 100), glyph("b", 0, 103.6), glyph("x", 50, 101.8)};
+  const Glyphs other = {glyph("c", 0, 200), glyph("d", 50, 200)};
+  EXPECT_THAT(tableOf(joined(row, other)),
+              ElementsAre(ElementsAre("b", "x"), ElementsAre("c", "d")));
+}
+
+TEST(TableBuilderTest, SortsALineFromLeftToRightAndKeepsTheOrderOfEqualPlaces) {
+  Glyphs glyphs;
+  for (const double y : {0.0, 50.0}) {
+    glyphs =
+        joined(glyphs, {glyph("d", 100, y), glyph("a", 0, y), glyph("c", 5, y), glyph("b", 0, y)});
+  }
+  EXPECT_THAT(tableOf(glyphs).front(), ElementsAre("abc", "d"));
+}
+
+TEST(TableBuilderTest, PassesOverBlanksAndGlyphsWithoutAnArea) {
+  PdfGlyph flat = glyph("f", 20, 0);
+  flat.height = 0;
+  PdfGlyph thin = glyph("t", 20, 0);
+  thin.width = 0;
+  const Glyphs row = {
+      glyph("a", 0, 0), glyph(" ", 10, 0), glyph("\xC2\xA0", 14, 0), flat, thin, glyph("b", 30, 0)};
+  EXPECT_THAT(tableOf(joined(row, {glyph("c", 0, 50), glyph("d", 30, 50)})),
+              ElementsAre(ElementsAre("a", "b"), ElementsAre("c", "d")));
+}
+
+Glyphs row(std::vector<double> starts, double y, const char* text) {
+  Glyphs glyphs;
+  for (const double start : starts) {
+    glyphs.push_back(glyph(text, start, y));
+  }
+  return glyphs;
+}
+
+TEST(TableBuilderTest, AlignsColumnsWithin12Points) {
+  const Glyphs anchor = row({0, 100}, 0, "a");
+  EXPECT_EQ(tableOf(joined(anchor, row({0, 112}, 50, "b"))).size(), 2U);
+  EXPECT_EQ(tableOf(joined(anchor, row({0, 112.1}, 50, "b"))).size(), 0U);
+  EXPECT_EQ(tableOf(joined(anchor, row({12.1, 100}, 50, "b"))).size(), 0U);
+  EXPECT_EQ(tableOf(joined(anchor, row({0, 100, 200}, 50, "b"))).size(), 0U);
+}
+
+TEST(TableBuilderTest, CollectsRowsOfAllPagesAroundTheFirstAnchorWithACompanion) {
+  TableBuilder builder;
+  builder.addPage(joined(row({0, 300}, 0, "lonely"), row({10, 110}, 50, "first")));
+  builder.addPage(joined(row({500}, 0, "text"), row({21, 120}, 50, "second")));
+  // Aligned with the second row, but not with the anchor.
+  builder.addPage(joined(row({32, 130}, 0, "far"), row({0, 100}, 50, "third")));
+  EXPECT_THAT(builder.table(),
+              ElementsAre(ElementsAre("first", "first"),
+                          ElementsAre("second", "second"),
+                          ElementsAre("third", "third")));
+}
+
+TEST(TableBuilderTest, FindsNoTableInOneRow) {
+  EXPECT_TRUE(tableOf(row({0, 100, 200}, 0, "a")).empty());
+  EXPECT_TRUE(tableOf({}).empty());
+}
+
+}  // namespace
+
+}  // namespace tolvane::UniversalEngine

@@ -1,0 +1,59 @@
+#include "universal/documents/rich_text_document.h"
+
+#include <optional>
+#include <string_view>
+
+#include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/limits.h"
+#include "platform/files/bytes.h"
+#include "platform/files/file_system.h"
+#include "platform/text/rich_text.h"
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* textOfPackage = "TXT.rtf";
+constexpr std::string_view packedSignature = "rtfd";
+constexpr std::string_view richTextStart = "{\\rtf";
+
+std::string plainTextOf(std::string_view rtf) {
+  std::optional<std::string> text = RichText::plainText(rtf);
+  if (!text) {
+    throw ConversionFailure::message("This rich text document is damaged or unreadable.");
+  }
+  return *std::move(text);
+}
+
+/// The RTF text inside of a packed document, which stands there as it would in a file of its own;
+/// what follows its last brace is not read.
+std::string_view unpacked(std::string_view content) {
+  if (!content.starts_with(packedSignature)) {
+    return content;
+  }
+  const std::size_t start = content.find(richTextStart);
+  return start == std::string_view::npos ? std::string_view() : content.substr(start);
+}
+
+}  // namespace
+
+std::string richText(const fs::path& file) {
+  return plainTextOf(asText(FileSystem::readAll(file)));
+}
+
+std::string richTextOfPackage(const fs::path& document) {
+  if (!FileSystem::attributes(document).isDirectory) {
+    return plainTextOf(unpacked(asText(FileSystem::readAll(document))));
+  }
+  const fs::path text = document / textOfPackage;
+  // Inspection admits a package without looking into it.
+  const FileSystem::Attributes attributes = FileSystem::attributes(text);
+  if (!attributes.isRegularFile || attributes.size > Limits::maxInputBytes) {
+    throw ConversionFailure::message("This rich text document is damaged or unreadable.");
+  }
+  return richText(text);
+}
+
+}  // namespace tolvane::UniversalEngine

@@ -1,0 +1,89 @@
+#include "universal/office/office.h"
+
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "engine/primitives/conversion_failure.h"
+#include "platform/files/file_names.h"
+#include "platform/files/file_system.h"
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double timeout = 180;  // seconds
+constexpr unsigned ownerOnly = 0700;
+
+/// Separator, text delimiter, character set (UTF-8) and first line, in the suite's numbers.
+constexpr const char* commaSeparated = "csv:Text - txt - csv (StarCalc):44,34,76,1";
+constexpr const char* tabSeparated = "csv:Text - txt - csv (StarCalc):9,34,76,1";
+
+std::string filterFor(std::string_view target) {
+  if (target == "csv") {
+    return commaSeparated;
+  }
+  return target == "tsv" ? tabSeparated : std::string(target);
+}
+
+/// The options that tell the suite how to read a file whose kind it would not take for what it is
+/// here. It takes delimited text for Latin-1 and finds no tabs in it; and it lays web pages out for
+/// the screen, so that the first paragraph of a short one does not get onto paper.
+std::vector<std::string> readingOptions(const fs::path& input) {
+  const std::string extension = FileNames::lowerExtension(input);
+  if (extension == "csv") {
+    return {"--infilter=CSV:44,34,76,1"};
+  }
+  if (extension == "tsv") {
+    return {"--infilter=CSV:9,34,76,1"};
+  }
+  if (extension == "html" || extension == "htm") {
+    return {"--infilter=HTML (StarWriter)"};
+  }
+  return {};
+}
+
+/// What the suite calls its result.
+std::string resultName(const fs::path& input, std::string_view target) {
+  return FileNames::stem(input) + "." + (target == "tsv" ? "csv" : std::string(target));
+}
+
+std::vector<std::string> argumentsFor(const fs::path& input,
+                                      std::string_view target,
+                                      const fs::path& folder,
+                                      const fs::path& workspace) {
+  const fs::path profile = fs::absolute(workspace / "lo-profile");
+  std::vector<std::string> arguments = {"-env:UserInstallation=" + FileNames::localAddress(profile),
+                                        "--headless",
+                                        "--nologo",
+                                        "--nodefault",
+                                        "--norestore"};
+  const std::vector<std::string> reading = readingOptions(input);
+  arguments.insert(arguments.end(), reading.begin(), reading.end());
+  arguments.insert(
+      arguments.end(),
+      {"--convert-to", filterFor(target), "--outdir", folder.string(), input.string()});
+  return arguments;
+}
+
+}  // namespace
+
+void office(const fs::path& input,
+            std::string_view target,
+            const fs::path& output,
+            const JobContext& context) {
+  const fs::path folder = context.freshFile("office-", "");
+  FileSystem::createDirectory(folder, ownerOnly);
+  context.run("soffice", argumentsFor(input, target, folder, context.workspace), timeout);
+  const fs::path result = folder / resultName(input, target);
+  std::error_code ignored;
+  if (!fs::exists(result, ignored)) {
+    throw ConversionFailure::message(
+        "The office engine could not export this file. It may be encrypted or unsupported.");
+  }
+  FileSystem::move(result, output);
+}
+
+}  // namespace tolvane::UniversalEngine
