@@ -14,18 +14,18 @@ ALLOWED = {
     "engine/primitives": set(),
     "universal/toolchain": {"platform", "engine/primitives"},
     "formats": {"platform", "engine/primitives", "universal/toolchain"},
-    "desktop": {"platform", "engine/primitives"},
+    "desktop": {"platform", "platform/desktop", "engine/primitives"},
     "engine": {"platform", "engine/primitives", "formats"},
     "catalog": {"platform", "engine/primitives", "universal/toolchain"},
     "universal": {"platform", "engine/primitives", "universal/toolchain", "formats", "engine", "catalog"},
     "bridge": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "desktop"},
     "interface": {"engine/primitives", "bridge"},
     "cli": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "bridge"},
-    "app": {"platform", "engine/primitives", "engine", "universal", "bridge", "desktop", "interface"},
+    "app": {"platform", "platform/desktop", "engine/primitives", "engine", "universal", "bridge", "desktop", "interface"},
 }
 # Headers of outside libraries, by the layers that may name them.
 OUTSIDE = {
-    r"(poppler|vips|tesseract|leptonica|qpdf|pango|cairo|unicode|png|turbojpeg|isa-l|gio|gdk|X11|xcb|atspi|seccomp)":
+    r"(poppler|vips|fontconfig|tesseract|leptonica|qpdf|pango|cairo|unicode|png|turbojpeg|isa-l|gio|gdk|X11|xcb|atspi|seccomp)":
         {"platform"},
     r"Q[A-Z]": {"platform/desktop", "interface", "app"},
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -49,6 +50,9 @@ class PdfDocument {
   virtual void render(int page, int width, int height, Bitmap& bitmap) = 0;
   /// The text layer in reading order, lines separated by line feeds; empty when there is none.
   [[nodiscard]] virtual std::string text(int page) = 0;
+  /// What the document says of itself: "Title", "Author", "CreationDate", ... and their text,
+  /// UTF-8; dates as they are written, "D:20240131120000Z".
+  [[nodiscard]] virtual std::map<std::string, std::string> attributes() = 0;
 };
 
 /// A PDF being put together. Keeps the documents whose pages it takes alive.

@@ -64,6 +64,10 @@ class QuickDecoder final : public ImageDecoder {
     return header ? header : completeDecoder().probe(file);
   }
 
+  std::optional<ImageProperties> properties(const fs::path& file) override {
+    return completeDecoder().properties(file);
+  }
+
   Bitmap decode(const fs::path& file, int maxDimension) override {
     std::optional<Bitmap> picture = plainPicture(file, maxDimension);
     return picture ? *std::move(picture) : completeDecoder().decode(file, maxDimension);

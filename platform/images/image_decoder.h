@@ -17,6 +17,17 @@ struct ImageHeader {
   std::string extension;
 };
 
+/// What a raster image says of its first picture beyond its size.
+struct ImageProperties {
+  int width = 0;  ///< pixels, as stored
+  int height = 0;
+  int orientation = 1;     ///< EXIF orientation, 1 to 8
+  std::string colorModel;  ///< "Gray", "RGB", "CMYK" or "Lab"
+  int depth = 8;           ///< bits a component, as decoded
+  bool hasAlpha = false;
+  bool hasColorProfile = false;
+};
+
 /// A JPEG file that can stand in a PDF as it is: 8 bits, grey or three components.
 struct JpegPhoto {
   Bytes data;  ///< without its EXIF segments
@@ -38,6 +49,10 @@ class ImageDecoder {
 
   /// Reads the header only. @return nullopt when the file is no raster image that can be opened.
   [[nodiscard]] virtual std::optional<ImageHeader> probe(const std::filesystem::path& file) = 0;
+
+  /// Reads the header only. @return as probe().
+  [[nodiscard]] virtual std::optional<ImageProperties> properties(
+      const std::filesystem::path& file) = 0;
 
   /// The first picture, upright, in sRGB, 8 bits, scaled down (never up) so that its longer side is
   /// at most `maxDimension` pixels. Layout grey, rgb or rgba.

@@ -30,6 +30,17 @@ bool misleadsReader(const QPDFObjectHandle& page) {
   return !isReadable(page) || PageGeometry::isCropped(page);
 }
 
+/// Empty for what no attribute should be: null, lists and the like.
+std::string attributeText(QPDFObjectHandle value) {
+  if (value.isString()) {
+    return value.getUTF8Value();
+  }
+  if (value.isName()) {
+    return value.getName().substr(1);
+  }
+  return value.isInteger() || value.isReal() || value.isBool() ? value.unparseResolved() : "";
+}
+
 }  // namespace
 
 SourceDocument::SourceDocument(std::shared_ptr<SourceFile> file, std::shared_ptr<QPDF> document)
@@ -86,6 +97,24 @@ std::string SourceDocument::text(int page) {
   std::string text = reader().text(page);
   checkUnchanged();
   return text;
+}
+
+std::map<std::string, std::string> SourceDocument::attributes() {
+  try {
+    std::map<std::string, std::string> attributes;
+    QPDFObjectHandle information = document_->getTrailer().getKey("/Info");
+    if (information.isDictionary()) {
+      for (const auto& [key, value] : information.getDictAsMap()) {
+        if (std::string text = attributeText(value); !text.empty()) {
+          attributes.emplace(key.substr(1), std::move(text));
+        }
+      }
+    }
+    checkUnchanged();
+    return attributes;
+  } catch (...) {
+    LibraryErrors::rethrow();
+  }
 }
 
 PageReader& SourceDocument::reader() {

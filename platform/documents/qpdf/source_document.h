@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -25,6 +26,7 @@ class SourceDocument : public PdfDocument {
   PdfPageGeometry geometry(int page) override;
   void render(int page, int width, int height, Bitmap& bitmap) override;
   std::string text(int page) override;
+  std::map<std::string, std::string> attributes() override;
 
   /// The page's object with the entries that it inherits; to be copied, not changed.
   [[nodiscard]] QPDFObjectHandle completePage(int page);

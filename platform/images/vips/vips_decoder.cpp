@@ -148,17 +148,21 @@ VImage fromProfile(const VImage& image) {
   }
 }
 
+bool isGrey(const VImage& image) {
+  return image.bands() - (image.has_alpha() ? 1 : 0) < 3;
+}
+
 /// Eight bits; one or two bands for grey, three or four for sRGB.
 VImage onScreen(VImage image) {
-  const bool isGrey = image.bands() - (image.has_alpha() ? 1 : 0) < 3;
-  if (isGrey && image.bands() == 1 && vips_band_format_isfloat(image.format()) != FALSE) {
+  const bool grey = isGrey(image);
+  if (grey && image.bands() == 1 && vips_band_format_isfloat(image.format()) != FALSE) {
     // As with float colours, 0 to 1 is linear light.
     image = VImage::bandjoin({image, image, image})
                 .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_scRGB));
   } else if (image.interpretation() == VIPS_INTERPRETATION_CMYK || hasForeignProfile(image)) {
     image = fromProfile(image);
   }
-  image = image.colourspace(isGrey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB);
+  image = image.colourspace(grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB);
   return image.format() == VIPS_FORMAT_UCHAR ? image : image.cast(VIPS_FORMAT_UCHAR);
 }
 
@@ -206,19 +210,57 @@ Bitmap decodeBmp(const fs::path& file, int maxDimension) {
       image.copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_sRGB)), target)));
 }
 
-std::optional<ImageHeader> headerOf(const fs::path& file) {
+/// @return what `read` says of the opened picture; nullopt when the file is none.
+template <typename Reading>
+auto ofOpened(const fs::path& file, Reading read)
+    -> std::optional<decltype(read(std::declval<const OpenPicture&>()))> {
   const vips::VSource source = sourceOf(file);
   const Reader* reader = readerOf(source);
   if (reader == nullptr) {
     return std::nullopt;
   }
   try {
-    const OpenPicture picture = open(source, *reader);
-    return ImageHeader{picture.image.width(), picture.image.height(), extensionOf(picture)};
+    return read(open(source, *reader));
   } catch (const vips::VError&) {
     vips_error_clear();
     return std::nullopt;  // it starts like an image, and no more
   }
+}
+
+ImageHeader headerOf(const OpenPicture& picture) {
+  return {picture.image.width(), picture.image.height(), extensionOf(picture)};
+}
+
+std::string colorModelOf(const VImage& image) {
+  switch (image.interpretation()) {
+    case VIPS_INTERPRETATION_CMYK:
+      return "CMYK";
+    case VIPS_INTERPRETATION_LAB:
+    case VIPS_INTERPRETATION_LABS:
+      return "Lab";
+    default:
+      return isGrey(image) ? "Gray" : "RGB";
+  }
+}
+
+ImageProperties propertiesOf(const OpenPicture& picture) {
+  constexpr int bitsInByte = 8;
+  const VImage& image = picture.image;
+  return {.width = image.width(),
+          .height = image.height(),
+          .orientation = orientationOf(image),
+          .colorModel = colorModelOf(image),
+          .depth = bitsInByte * static_cast<int>(vips_format_sizeof(image.format())),
+          .hasAlpha = image.has_alpha(),
+          .hasColorProfile = image.get_typeof(VIPS_META_ICC_NAME) != 0};
+}
+
+std::optional<ImageProperties> propertiesOfBmp(const fs::path& file) {
+  const std::optional<ImageHeader> header = BmpReader::header(file);
+  if (!header) {
+    return std::nullopt;
+  }
+  return ImageProperties{.width = header->width, .height = header->height, .colorModel = "RGB"};
 }
 
 Bitmap decodePicture(const fs::path& file, int maxDimension) {
@@ -258,7 +300,13 @@ bool isBmp(const fs::path& file) {
 class VipsDecoder final : public ImageDecoder {
  public:
   std::optional<ImageHeader> probe(const fs::path& file) override {
-    return inOurWords([&] { return isBmp(file) ? BmpReader::header(file) : headerOf(file); });
+    return inOurWords(
+        [&] { return isBmp(file) ? BmpReader::header(file) : ofOpened(file, headerOf); });
+  }
+
+  std::optional<ImageProperties> properties(const fs::path& file) override {
+    return inOurWords(
+        [&] { return isBmp(file) ? propertiesOfBmp(file) : ofOpened(file, propertiesOf); });
   }
 
   Bitmap decode(const fs::path& file, int maxDimension) override {

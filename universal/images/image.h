@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "universal/job/job_context.h"
+
+namespace tolvane::UniversalEngine {
+
+/// Runs ImageMagick once, on the first picture of `input`, turned upright. Where the output's
+/// format has no transparency, white shows through.
+/// @param output in the workspace; its extension is its format.
+/// @param arguments what is done to the picture.
+/// @param options "quality": 0.1 to 1, 0.9 when absent.
+/// @throws ConversionFailure, PlatformError
+void image(const std::filesystem::path& input,
+           const std::filesystem::path& output,
+           const std::vector<std::string>& arguments,
+           const Value::Map& options,
+           const JobContext& context);
+
+/// Writes the picture that the user sees, upright, as a PNG with a fresh name in the workspace.
+/// @throws as image()
+[[nodiscard]] std::filesystem::path normalized(const std::filesystem::path& input,
+                                               const JobContext& context);
+
+}  // namespace tolvane::UniversalEngine
