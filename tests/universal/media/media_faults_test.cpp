@@ -106,39 +106,54 @@ TEST_F(MediaFaultsTest, EndsATranscodeAtOnce) {
   EXPECT_LT(std::chrono::duration<double>(end - cancelled).count(), 1.5);
 }
 
-/// Engines that are shell scripts.
 class StandInTest : public support::MediaFixture {
  protected:
-  StandInTest() : standIns_(EngineLocations{{folder_.path()}, {}}) {}
-
-  void install(const std::string& engine, const std::string& script) const {
-    fs::permissions(folder_.write(engine, "#!/bin/sh\n" + script), fs::perms::owner_all);
-  }
-
   Value::Map probed(const std::string& script) const {
-    install("ffprobe", script);
-    return UniversalEngine::probe("/clips/a.mp4", context());
+    standIn("ffprobe", script);
+    return UniversalEngine::probe("/clips/a.mp4", withStandIns());
   }
-
-  [[nodiscard]] JobContext context() const {
-    return {base_, standIns_, token_, context_.workspace};
-  }
-
-  LocalToolchain standIns_;
 };
 
 TEST_F(StandInTest, HearTheWholeCommandLine) {
-  install("ffprobe", "echo \"$@\" > probed; echo '{\"streams\":[{\"codec_type\":\"audio\"}]}'");
-  install("ffmpeg", "echo \"$@\" > arguments");
-  const fs::path output = context_.workspace / "result.mp3";
-  UniversalEngine::media({"/clips/a.mp4", FileKind::video, ""}, "mp3", {}, output, {}, context());
-  EXPECT_EQ(support::contentOf(context_.workspace / "probed"),
-            "-v error -protocol_whitelist file,pipe -show_format -show_streams -of json "
-            "/clips/a.mp4\n");
-  EXPECT_EQ(support::contentOf(context_.workspace / "arguments"),
-            "-hide_banner -loglevel error -nostdin -y -protocol_whitelist file,pipe -i "
-            "/clips/a.mp4 -map 0:a:0 -vn -c:a libmp3lame -b:a 268k -map_metadata -1 " +
-                output.string() + "\n");
+  standIn("ffprobe", "echo '{\"streams\":[{\"codec_type\":\"audio\"}]}'");
+  standIn("ffmpeg");
+  const fs::path output = workspace() / "result.mp3";
+  UniversalEngine::media(
+      {"/clips/a.mp4", FileKind::video, ""}, "mp3", {}, output, {}, withStandIns());
+  EXPECT_THAT(runsOf("ffprobe"),
+              ElementsAre(ElementsAre("-v",
+                                      "error",
+                                      "-protocol_whitelist",
+                                      "file,pipe",
+                                      "-show_format",
+                                      "-show_streams",
+                                      "-of",
+                                      "json",
+                                      "/clips/a.mp4")));
+  std::vector<std::string> expected = UniversalEngine::mediaPrefix("/clips/a.mp4");
+  EXPECT_THAT(expected,
+              ElementsAre("-hide_banner",
+                          "-loglevel",
+                          "error",
+                          "-nostdin",
+                          "-y",
+                          "-protocol_whitelist",
+                          "file,pipe",
+                          "-i",
+                          "/clips/a.mp4"));
+  for (const char* argument : {"-map",
+                               "0:a:0",
+                               "-vn",
+                               "-c:a",
+                               "libmp3lame",
+                               "-b:a",
+                               "268k",
+                               "-map_metadata",
+                               "-1",
+                               output.c_str()}) {
+    expected.emplace_back(argument);
+  }
+  EXPECT_THAT(runsOf("ffmpeg"), ElementsAre(expected));
 }
 
 TEST_F(StandInTest, AreReadAsJson) {
@@ -153,7 +168,7 @@ TEST_F(StandInTest, AreReadAsJson) {
 
 TEST_F(StandInTest, MissingEnginesAreNamed) {
   EXPECT_EQ(failureText([this] {
-              return UniversalEngine::mediaTool(info("a.mp4"), "split", {}, context());
+              return UniversalEngine::mediaTool(info("a.mp4"), "split", {}, withStandIns());
             }),
             "Install ffmpeg to use this local operation, then reopen the file.");
 }

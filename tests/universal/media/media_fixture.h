@@ -9,25 +9,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "engine/conversion_engine.h"
-#include "tests/support/temporary_folder.h"
-#include "universal/job/job_context.h"
+#include "tests/support/universal_fixture.h"
 #include "universal/media/media_probe.h"
 
 namespace tolvane::support {
 
 /// Clips that the engine itself makes, and a job that works on them.
-class MediaFixture : public ::testing::Test {
+class MediaFixture : public UniversalFixture {
  protected:
-  MediaFixture() { std::filesystem::create_directory(context_.workspace); }
-
   /// Makes a file in the folder of inputs. @param arguments as one line, without quotes.
   FileInfo make(const std::string& name, const std::string& arguments) const {
     std::istringstream words(arguments);
     std::vector<std::string> list = {"-v", "error"};
     list.insert(list.end(), std::istream_iterator<std::string>(words), {});
     list.push_back("file:" + name);
-    toolchain_.run({"ffmpeg", list, sources_.path(), 60}, token_);
+    context_.in(sources_.path()).run("ffmpeg", list, 60);
     return info(name);
   }
 
@@ -43,8 +39,8 @@ class MediaFixture : public ::testing::Test {
     return make("silent.mp4", "-f lavfi -i testsrc=size=160x120:rate=10:duration=1");
   }
 
-  FileInfo song(const std::string& name = "song.mp3") const {
-    return make(name, "-f lavfi -i sine=duration=1.2 -metadata title=Secret");
+  FileInfo song() const {
+    return make("song.mp3", "-f lavfi -i sine=duration=1.2 -metadata title=Secret");
   }
 
   [[nodiscard]] FileInfo info(const std::string& name) const {
@@ -58,7 +54,7 @@ class MediaFixture : public ::testing::Test {
     double duration = 0;  ///< seconds; 0 for a picture
   };
 
-  Content contentOf(const std::filesystem::path& file) const {
+  Content described(const std::filesystem::path& file) const {
     const Value::Map probed = UniversalEngine::probe(file, context_);
     Content content;
     for (const Value& stream : *valueAt(probed, "streams").list()) {
@@ -74,11 +70,7 @@ class MediaFixture : public ::testing::Test {
   }
 
   TemporaryFolder sources_;
-  TemporaryFolder folder_;
-  ConversionEngine base_;
-  LocalToolchain toolchain_;
-  CancellationToken token_;
-  JobContext context_{base_, toolchain_, token_, folder_ / "work"};
+  JobContext context_ = withEngines();
 };
 
 }  // namespace tolvane::support

@@ -29,7 +29,7 @@ class MediaResultTest : public support::MediaFixture,
                         public ::testing::WithParamInterface<ResultCase> {
  protected:
   void expectResult(const fs::path& result) const {
-    const Content content = contentOf(result);
+    const Content content = described(result);
     EXPECT_EQ(content.streams, GetParam().streams);
     EXPECT_NEAR(content.duration, GetParam().duration, tolerance);
     EXPECT_THAT(support::contentOf(result), ::testing::Not(::testing::HasSubstr("Secret")));
@@ -104,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(
 class MediaTest : public support::MediaFixture {
  protected:
   Content contentAfter(std::string_view tool, const FileInfo& input) const {
-    return contentOf(UniversalEngine::mediaTool(input, tool, {}, context_).front());
+    return described(UniversalEngine::mediaTool(input, tool, {}, context_).front());
   }
 };
 
@@ -115,9 +115,9 @@ TEST_F(MediaTest, CutsIntoSegmentsThatStartAtZero) {
       segments,
       ElementsAre(
           folder / "segment-000.mp4", folder / "segment-001.mp4", folder / "segment-002.mp4"));
-  EXPECT_NEAR(contentOf(segments[1]).duration, 0.5, tolerance);
-  EXPECT_NEAR(contentOf(segments[2]).duration, 0.2, tolerance);
-  EXPECT_EQ(contentOf(segments[2]).streams, "h264 160x120, aac 2");
+  EXPECT_NEAR(described(segments[1]).duration, 0.5, tolerance);
+  EXPECT_NEAR(described(segments[2]).duration, 0.2, tolerance);
+  EXPECT_EQ(described(segments[2]).streams, "h264 160x120, aac 2");
 }
 
 TEST_F(MediaTest, CutsSongsToo) {
@@ -129,7 +129,7 @@ TEST_F(MediaTest, DropsCoversOfSongs) {
   const FileInfo covered = make("covered.m4a",
                                 "-i cover.mp4 -map 0:a -map 0:v -frames:v 1 -c:v mjpeg -q:v 2 "
                                 "-disposition:v attached_pic");
-  ASSERT_EQ(contentOf(covered.url).streams, "aac 2, mjpeg 160x120");
+  ASSERT_EQ(described(covered.url).streams, "aac 2, mjpeg 160x120");
   EXPECT_EQ(contentAfter("speed", covered).streams, "aac 2");
 }
 
