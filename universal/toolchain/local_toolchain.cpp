@@ -56,7 +56,7 @@ EngineProcess::Environment environmentFor(const EngineRun& run, const fs::path& 
 Ending watch(const EngineProcess& process,
              const ProcessLog& log,
              const CancellationToken& token,
-             double timeout) {
+             const EngineRun& run) {
   const auto start = Clock::now();
   if (process.endsWithin(0ms)) {
     return Ending::byItself;
@@ -65,11 +65,14 @@ Ending watch(const EngineProcess& process,
     if (token.isCancelled()) {
       return Ending::cancelled;
     }
-    if (std::chrono::duration<double>(Clock::now() - start).count() >= timeout) {
+    if (std::chrono::duration<double>(Clock::now() - start).count() >= run.timeout) {
       return Ending::timedOut;
     }
     if (log.size().value_or(0) > maxLogBytes) {
       return Ending::tooTalkative;
+    }
+    if (run.whileRunning) {
+      run.whileRunning();
     }
   } while (!process.endsWithin(pollInterval));
   return Ending::byItself;
@@ -123,6 +126,7 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   const fs::path folder = fs::absolute(run.in);
   const ProcessLog log(folder);
   ConfinedEngine engine = {*program, run.arguments, folder, {}, {}, {}};
+  engine.folder = fs::absolute(run.currentDirectory.value_or(folder));
   engine.root = FileSystem::resolved(run.writableRoot.value_or(folder));
   if (run.name == officeSuite) {
     sockets.emplace();
@@ -132,7 +136,7 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   token.check();
 
   EngineProcess process({confinement().command(engine), environment, log.descriptor()});
-  const Ending ending = watch(process, log, token, run.timeout);
+  const Ending ending = watch(process, log, token, run);
   if (ending != Ending::byItself) {
     stop(process);
     fail(ending);

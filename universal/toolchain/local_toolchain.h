@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -21,12 +22,17 @@ namespace tolvane {
 struct EngineRun {
   std::string name;                    ///< as find() takes it; also named in messages
   std::vector<std::string> arguments;  ///< passed on unchanged: no shell, no quoting
-  std::filesystem::path in;            ///< the job's workspace and the engine's current directory
+  std::filesystem::path in;            ///< the job's workspace: holds the log and scratch files
   double timeout = 0;                  ///< seconds from the launch on
   std::map<std::string, std::string> environment = {};  ///< overrides everything inherited
   std::set<std::int32_t> accepted = {0};                ///< exit statuses that count as success
   /// The tree in which the engine may write; absent means `in`.
   std::optional<std::filesystem::path> writableRoot = std::nullopt;
+  /// The engine's current directory; absent means `in`.
+  std::optional<std::filesystem::path> currentDirectory = std::nullopt;
+  /// Called about every 40 ms while the engine runs; may be empty. What it throws ends the engine
+  /// at once and is passed on.
+  std::function<void()> whileRunning = {};
 };
 
 /// The one place where outside engines (ffmpeg, qpdf, magick, soffice, ...) are found and run.

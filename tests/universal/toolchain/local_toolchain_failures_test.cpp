@@ -131,6 +131,23 @@ TEST_F(ToolchainFailureTest, StopsWhenCancelled) {
   EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
 }
 
+TEST_F(ToolchainFailureTest, EndsAnEngineThatItsWatcherCondemns) {
+  EngineRun order = engine("stubborn", "trap '' TERM; sleep 1000 & echo $! > children; wait");
+  int calls = 0;
+  order.whileRunning = [&] {
+    if (++calls > 3 && fs::exists(workspace() / "children")) {
+      throw ConversionFailure::message("Enough.");
+    }
+  };
+  const support::StopWatch watch;
+  EXPECT_EQ(failureText([&] { return run(order); }), "Enough.");
+  EXPECT_LT(watch.seconds(), 5);
+  std::string child = support::contentOf(workspace() / "children");
+  child.pop_back();
+  EXPECT_FALSE(isAlive(child));
+  EXPECT_THAT(leftInWorkspace(), ::testing::UnorderedElementsAre(".engine-tmp", "children"));
+}
+
 TEST_F(ToolchainFailureTest, PassesSystemErrorsOn) {
   EXPECT_EQ(failureText([&] { return run(engine("broken", "#!/no/such/shell\n")); }),
             "Could not start the engine. " + (folder_ / "bin/broken").string() +

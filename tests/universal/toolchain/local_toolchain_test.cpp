@@ -87,6 +87,13 @@ TEST_F(LocalToolchainTest, WorksInFoldersWithAnyName) {
   EXPECT_EQ(contentOf(odd / "file"), "done\n");
 }
 
+TEST_F(LocalToolchainTest, RunsTheEngineInAnotherFolder) {
+  fs::create_directory(workspace() / "clean");
+  EngineRun order = engine("lister", "ls -A; pwd; echo x > ../file && echo written");
+  order.currentDirectory = workspace() / "clean";
+  EXPECT_EQ(run(order), (workspace() / "clean").string() + "\nwritten\n");
+}
+
 TEST_F(LocalToolchainTest, LetsTheEngineWriteOnlyBelowTheWritableRoot) {
   fs::create_directory(workspace() / "root");
   fs::create_directory_symlink(workspace() / "root", workspace() / "link");
