@@ -22,6 +22,9 @@ inline constexpr double maxRenderedArea = 40'000'000;
 inline constexpr std::int64_t maxOutputBytes = 1'073'741'824;  // of one job
 inline constexpr int maxNameAttempts = 10'000;
 
+inline constexpr int maxArchiveEntries = 10'000;
+inline constexpr std::int64_t maxExpandedBytes = 536'870'912;  // of one archive: 512 MiB
+
 inline constexpr std::size_t headerSample = 512;
 inline constexpr std::size_t textSample = 2'097'152;
 inline constexpr std::uint64_t maxClippingBytes = 16'777'216;

@@ -1,0 +1,82 @@
+#include "universal/archives/extracted_tree.h"
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/failure_text.h"
+#include "tests/support/temporary_folder.h"
+
+namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* fine = "(no failure)";
+constexpr const char* refused = "Unsafe archive contents were rejected.";
+
+class ExtractedTreeTest : public ::testing::Test {
+ protected:
+  ExtractedTreeTest() { fs::create_directories(tree_ / "a/.b"); }
+
+  [[nodiscard]] std::string checked() const {
+    return support::failureText([&] {
+      ExtractedTree::check(tree_.path(), token_);
+      return 0;
+    });
+  }
+  /// Makes a file that takes no room.
+  [[nodiscard]] fs::path file(const char* name, std::uintmax_t size) const {
+    fs::path path = tree_.write(name, "");
+    fs::resize_file(path, size);
+    return path;
+  }
+
+  support::TemporaryFolder tree_;
+  CancellationToken token_;
+};
+
+TEST_F(ExtractedTreeTest, CountsEveryFile) {
+  const fs::path deep = file("a/.b/.c", 400'000'000);
+  const fs::path high = file("d", 136'870'912);
+  EXPECT_EQ(checked(), fine);
+  fs::resize_file(high, 136'870'913);
+  EXPECT_EQ(checked(), refused);
+}
+
+TEST_F(ExtractedTreeTest, RefusesLinksAndPipes) {
+  fs::create_symlink("nowhere", tree_ / "a/.b/link");
+  EXPECT_EQ(checked(), refused);
+  fs::remove(tree_ / "a/.b/link");
+  fs::create_directory_symlink("/", tree_ / "a/.b/link");
+  EXPECT_EQ(checked(), refused);
+  fs::remove(tree_ / "a/.b/link");
+  ASSERT_EQ(::mkfifo((tree_ / "a/pipe").c_str(), 0600), 0);
+  EXPECT_EQ(checked(), refused);
+}
+
+TEST_F(ExtractedTreeTest, StopsWhenCancelled) {
+  token_.cancel();
+  EXPECT_EQ(checked(), "Cancelled. Your source files are unchanged.");
+}
+
+TEST_F(ExtractedTreeTest, LetsATreePassThatIsNotThere) {
+  fs::remove_all(tree_.path());
+  EXPECT_EQ(checked(), fine);
+}
+
+TEST_F(ExtractedTreeTest, IsWatchedWhileItGrows) {
+  ExtractedTree::Watch watch(tree_.path(), token_);
+  watch();
+  const fs::path large = file("large", 536'870'913);
+  EXPECT_EQ(support::failureText([&] {
+              for (;;) {
+                watch();
+              }
+              return 0;
+            }),
+            refused);
+}
+
+}  // namespace
+}  // namespace tolvane
