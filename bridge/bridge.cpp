@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "bridge/result_messages.h"
+#include "engine/primitives/conversion_failure.h"
 
 namespace tolvane {
 
@@ -38,12 +39,26 @@ Bridge::Bridge(BinaryMessenger& messenger,
               table->dispatch(call, reply);
             }
           });
-  services_.palette->onSettingsDismissed([this, alive = std::weak_ptr(methods_)] {
-    if (!alive.expired()) {
-      send("settingsClosed", {});
-    }
-  });
+  followDesktop();
   services_.shortcut->registerKey(std::nullopt);
+}
+
+void Bridge::followDesktop() {
+  const auto whileAlive = [alive = std::weak_ptr(methods_)](auto handler) {
+    return [alive, handler = std::move(handler)](auto... arguments) {
+      if (!alive.expired()) {
+        handler(std::move(arguments)...);
+      }
+    };
+  };
+  services_.shortcut->onTrigger(whileAlive([this] { open(Intake::finderSelection); }));
+  services_.gesture->onTrigger(whileAlive([this] {
+    open(Intake::nothing,
+         "The clicked file cannot be verified safely. Drop or choose the file to confirm it.");
+  }));
+  services_.palette->onFiles(
+      whileAlive([this](Palette::Files files) { select(std::move(files)); }));
+  services_.palette->onSettingsDismissed(whileAlive([this] { send("settingsClosed", {}); }));
 }
 
 Bridge::~Bridge() {
@@ -54,6 +69,40 @@ void Bridge::select(std::vector<std::filesystem::path> urls, std::optional<std::
   if (!hasActiveJob()) {
     selection_->select(std::move(urls), std::move(message));
   }
+}
+
+void Bridge::open(Intake intake, std::optional<std::string> message) {
+  if (!hasActiveJob() && intake == Intake::finderSelection) {
+    takeInFinderSelection(std::move(message));
+  } else if (!hasActiveJob()) {
+    services_.palette->beginInvocation(std::nullopt);
+    select({}, std::move(message));
+  }
+  showPalette();
+}
+
+void Bridge::open(std::vector<std::filesystem::path> files) {
+  if (!hasActiveJob()) {
+    services_.palette->beginInvocation(std::nullopt);
+    select(std::move(files));
+  }
+  showPalette();
+}
+
+void Bridge::takeInFinderSelection(std::optional<std::string> message) {
+  try {
+    std::vector<std::filesystem::path> files = services_.finder->resolve();
+    services_.palette->beginInvocation(services_.finder->selectedFileFrame());
+    select(std::move(files), std::move(message));
+  } catch (const ConversionFailure& failure) {
+    services_.palette->beginInvocation(std::nullopt);
+    select({}, failure.errorDescription());
+  }
+}
+
+void Bridge::showPalette() const {
+  send("openPalette", {{"reduceMotion", services_.permissions->state().reduceMotion}});
+  services_.palette->show();
 }
 
 void Bridge::send(std::string_view type, Value::Map payload) const {

@@ -9,13 +9,13 @@
 #include <vector>
 
 #include "bridge/binary_messenger.h"
-#include "bridge/desktop_services.h"
 #include "bridge/event_stream.h"
 #include "bridge/job_control.h"
 #include "bridge/method_table.h"
 #include "bridge/palette_messages.h"
 #include "bridge/selection.h"
 #include "bridge/settings_messages.h"
+#include "desktop/desktop_services.h"
 #include "engine/conversion_engine.h"
 #include "platform/threads/main_queue.h"
 #include "platform/threads/serial_queue.h"
@@ -47,6 +47,17 @@ class Bridge {
   /// @param message shown until the files are inspected; absent means an invitation to choose some.
   void select(std::vector<std::filesystem::path> urls, std::optional<std::string> message = {});
 
+  /// What the palette is opened with.
+  enum class Intake { finderSelection, nothing };
+
+  /// Shows the palette: next to the file that is selected in the file manager, or to the pointer.
+  /// While a job runs, nothing is taken in.
+  /// @param message shown with the files, or instead of them; absent means an invitation to choose
+  /// some. A selection that cannot be read is explained in its place.
+  void open(Intake intake, std::optional<std::string> message = {});
+  /// Shows the palette, next to the pointer, with files that were handed over from outside.
+  void open(std::vector<std::filesystem::path> files);
+
   /// Sends an event; dropped until the interface called "ready".
   void send(std::string_view type, Value::Map payload) const;
 
@@ -58,6 +69,9 @@ class Bridge {
 
  private:
   Value ready();
+  void followDesktop();
+  void takeInFinderSelection(std::optional<std::string> message);
+  void showPalette() const;
 
   MainQueue& main_;
   DesktopServices services_;

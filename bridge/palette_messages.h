@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "bridge/desktop_services.h"
 #include "bridge/method_table.h"
+#include "desktop/desktop_services.h"
 
 namespace tolvane {
 

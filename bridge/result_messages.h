@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bridge/desktop_services.h"
 #include "bridge/method_table.h"
+#include "desktop/desktop_services.h"
 
 namespace tolvane {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "bridge/desktop_services.h"
 #include "bridge/event_stream.h"
 #include "bridge/method_table.h"
+#include "desktop/desktop_services.h"
 
 namespace tolvane {
 

@@ -1,12 +1,10 @@
 #include "bridge/unavailable_services.h"
 
 #include <cerrno>
-#include <string_view>
-#include <utility>
-
-#include <fmt/format.h>
 
 #include "bridge/program_results.h"
+#include "desktop/pointer_gesture_service.h"
+#include "desktop/shortcut_service.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane {
@@ -15,12 +13,14 @@ namespace {
 
 class NoPalette final : public Palette {
  public:
+  void beginInvocation(const std::optional<Rectangle>&) override {}
   void present(const PaletteStage&) override {}
   void show() override {}
   void hide() override {}
   void suspendDismissal() override {}
   void resumeDismissal() override {}
   void onSettingsDismissed(std::function<void()>) override {}
+  void onFiles(std::function<void(Files)>) override {}
 };
 
 class NoPanels final : public Panels {
@@ -33,38 +33,47 @@ class NoPanels final : public Panels {
   }
 };
 
-class NoShortcut final : public Shortcut {
+class NoHotKeys final : public HotKeys {
  public:
-  bool registerKey(const std::optional<std::string>& key) override {
-    constexpr std::string_view letters = "CXVFK";
-    const std::string letter = key.value_or(this->key());
-    if (letter.size() == 1 && letters.find(letter) != std::string_view::npos) {
-      status_ = fmt::format(
-          "Control–Option–{} unavailable ({}). Choose another shortcut; the menu bar still works.",
-          letter,
-          ENOTSUP);
-    }
-    return false;
-  }
-  [[nodiscard]] std::string key() const override { return "C"; }
-  [[nodiscard]] std::string status() const override { return status_; }
+  Registration registerKey(const HotKey&) override { return {.status = ENOTSUP}; }
+  void unregisterKey(Reference) override {}
+  void onPressed(std::function<void()>) override {}
+};
 
- private:
-  std::string status_ = "Not registered";
+class NoUserDefaults final : public UserDefaults {
+ public:
+  [[nodiscard]] std::optional<std::string> text(const std::string&) const override { return {}; }
+  void setText(const std::string&, const std::string&) override {}
+};
+
+struct Keyless {
+  NoHotKeys hotKeys;
+  NoUserDefaults defaults;
+};
+
+class NoShortcut final : private Keyless, public ShortcutService {
+ public:
+  NoShortcut() : ShortcutService(hotKeys, defaults) {}
 };
 
 class NoGesture final : public Gesture {
  public:
   bool setEnabled(bool on) override {
-    status_ = on ? "Event monitoring unavailable. Use the shortcut or menu bar." : off;
+    status_ = on ? GestureStatus::unavailable : GestureStatus::off;
     return !on;
   }
   [[nodiscard]] bool isEnabled() const override { return false; }
   [[nodiscard]] std::string status() const override { return status_; }
+  void onTrigger(std::function<void()>) override {}
 
  private:
-  static constexpr const char* off = "Off · keyboard shortcut recommended";
-  std::string status_ = off;
+  std::string status_ = GestureStatus::off;
+};
+
+class NoFinderSelection final : public FinderSelection {
+ public:
+  std::vector<Path> resolve() override { return {}; }
+  [[nodiscard]] std::optional<Rectangle> selectedFileFrame() const override { return {}; }
 };
 
 class NoPermissions final : public Permissions {
@@ -93,6 +102,7 @@ DesktopServices unavailableServices() {
   services.panels = std::make_unique<NoPanels>();
   services.shortcut = std::make_unique<NoShortcut>();
   services.gesture = std::make_unique<NoGesture>();
+  services.finder = std::make_unique<NoFinderSelection>();
   services.permissions = std::make_unique<NoPermissions>();
   services.login = std::make_unique<NoLoginItem>();
   services.results = std::make_unique<ProgramResults>();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bridge/desktop_services.h"
+#include "desktop/desktop_services.h"
 
 namespace tolvane {
 

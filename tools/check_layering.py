@@ -14,14 +14,14 @@ ALLOWED = {
     "engine/primitives": set(),
     "universal/toolchain": {"platform", "engine/primitives"},
     "formats": {"platform", "engine/primitives", "universal/toolchain"},
-    "desktop": {"platform", "engine/primitives"},
+    "desktop": {"platform", "platform/desktop", "engine/primitives"},
     "engine": {"platform", "engine/primitives", "formats"},
     "catalog": {"platform", "engine/primitives", "universal/toolchain"},
     "universal": {"platform", "engine/primitives", "universal/toolchain", "formats", "engine", "catalog"},
     "bridge": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "desktop"},
     "interface": {"engine/primitives", "bridge"},
     "cli": {"platform", "engine/primitives", "engine", "universal", "universal/toolchain", "catalog", "bridge"},
-    "app": {"platform", "engine/primitives", "engine", "universal", "bridge", "desktop", "interface"},
+    "app": {"platform", "platform/desktop", "engine/primitives", "engine", "universal", "bridge", "desktop", "interface"},
 }
 # Headers of outside libraries, by the layers that may name them.
 OUTSIDE = {

@@ -184,6 +184,15 @@ void writeAtomically(const fs::path& path, BytesView bytes, const fs::path& show
   }
 }
 
+void append(const fs::path& path, BytesView bytes) {
+  Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666));
+  if (!file.isOpen()) {
+    throw PlatformError::fromErrno("write", path, errno);
+  }
+  writeAll(file, path, bytes);
+  file.close(path);
+}
+
 void createDirectory(const fs::path& path, unsigned mode) {
   if (::mkdir(path.c_str(), mode) != 0) {
     throw PlatformError::fromErrno("create", path, errno);

@@ -39,6 +39,9 @@ void writeAtomically(const std::filesystem::path& path,
                      BytesView bytes,
                      const std::filesystem::path& shownAs);
 
+/// Adds the bytes to the end of a file, which is made when it is missing.
+void append(const std::filesystem::path& path, BytesView bytes);
+
 /// Creates one folder, without its parents, with the given permission bits exactly (umask set
 /// aside).
 void createDirectory(const std::filesystem::path& path, unsigned mode);

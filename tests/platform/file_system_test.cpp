@@ -107,6 +107,13 @@ TEST(WriteAtomically, ManagesTheLongestName) {
   EXPECT_THAT(folder.names(), ElementsAre(longest));
 }
 
+TEST(Append, MakesTheFileAndAddsToIt) {
+  const TemporaryFolder folder;
+  FileSystem::append(folder / "file", bytesOf("one "));
+  FileSystem::append(folder / "file", bytesOf("two"));
+  EXPECT_EQ(contentOf(folder / "file"), "one two");
+}
+
 TEST(CreateDirectory, SetsThePermissionsWhateverTheMask) {
   const TemporaryFolder folder;
   const mode_t mask = ::umask(0077);
@@ -168,6 +175,9 @@ const FailureCase failureCases[] = {
     {"write",
      [](const auto& folder) { FileSystem::writeAtomically(folder / "gone/file", {}); },
      "No such file or directory"},
+    {"append",
+     [](const auto& folder) { FileSystem::append(folder / "gone/file", {}); },
+     "/gone/file: No such file or directory"},
     {"create",
      [](const auto& folder) { FileSystem::createDirectory(folder.path(), 0700); },
      ": File exists"},

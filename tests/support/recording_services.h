@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -8,7 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "bridge/desktop_services.h"
+#include "desktop/desktop_services.h"
+#include "engine/primitives/conversion_failure.h"
 
 namespace tolvane::support {
 
@@ -16,6 +18,12 @@ namespace tolvane::support {
 struct DesktopRecord {
   std::vector<std::string> calls;
   std::function<void()> settingsDismissed;
+  std::function<void(std::vector<std::filesystem::path>)> filesDropped;
+  std::function<void()> shortcutPressed;
+  std::function<void()> gestureMade;
+  std::vector<std::filesystem::path> finderFiles;
+  std::optional<Rectangle> finderFrame;
+  std::string finderFailure;  // empty: none
   std::function<void(std::optional<std::vector<std::filesystem::path>>)> filesClosed;
   std::function<void(std::optional<std::filesystem::path>)> folderClosed;
   bool isGestureAllowed = false;
@@ -26,6 +34,10 @@ struct DesktopRecord {
 class RecordingPalette final : public Palette {
  public:
   explicit RecordingPalette(DesktopRecord& record) : record_(record) {}
+  void beginInvocation(const std::optional<Rectangle>& fileFrame) override {
+    record_.calls.push_back(fileFrame ? "begin at " + std::to_string(std::lround(fileFrame->x))
+                                      : "begin");
+  }
   void present(const PaletteStage& stage) override {
     record_.calls.push_back("present " + stage.name + (stage.hasFiles ? " files " : " none ") +
                             std::to_string(stage.actionCount));
@@ -36,6 +48,9 @@ class RecordingPalette final : public Palette {
   void resumeDismissal() override { record_.calls.emplace_back("resume"); }
   void onSettingsDismissed(std::function<void()> dismissed) override {
     record_.settingsDismissed = std::move(dismissed);
+  }
+  void onFiles(std::function<void(Files)> dropped) override {
+    record_.filesDropped = std::move(dropped);
   }
 
  private:
@@ -68,6 +83,9 @@ class RecordingShortcut final : public Shortcut {
   }
   [[nodiscard]] std::string key() const override { return key_; }
   [[nodiscard]] std::string status() const override { return "status of " + key_; }
+  void onTrigger(std::function<void()> trigger) override {
+    record_.shortcutPressed = std::move(trigger);
+  }
 
  private:
   DesktopRecord& record_;
@@ -84,10 +102,31 @@ class RecordingGesture final : public Gesture {
   }
   [[nodiscard]] bool isEnabled() const override { return isEnabled_; }
   [[nodiscard]] std::string status() const override { return isEnabled_ ? "running" : "refused"; }
+  void onTrigger(std::function<void()> trigger) override {
+    record_.gestureMade = std::move(trigger);
+  }
 
  private:
   DesktopRecord& record_;
   bool isEnabled_ = false;
+};
+
+class RecordingFinder final : public FinderSelection {
+ public:
+  explicit RecordingFinder(DesktopRecord& record) : record_(record) {}
+  std::vector<Path> resolve() override {
+    record_.calls.emplace_back("resolve");
+    if (!record_.finderFailure.empty()) {
+      throw ConversionFailure::message(record_.finderFailure);
+    }
+    return record_.finderFiles;
+  }
+  [[nodiscard]] std::optional<Rectangle> selectedFileFrame() const override {
+    return record_.finderFrame;
+  }
+
+ private:
+  DesktopRecord& record_;
 };
 
 class RecordingPermissions final : public Permissions {
@@ -143,6 +182,7 @@ inline DesktopServices recordingServices(DesktopRecord& record) {
           std::make_unique<RecordingPanels>(record),
           std::make_unique<RecordingShortcut>(record),
           std::make_unique<RecordingGesture>(record),
+          std::make_unique<RecordingFinder>(record),
           std::make_unique<RecordingPermissions>(record),
           std::make_unique<RecordingLoginItem>(record),
           std::make_unique<RecordingResults>(record)};

@@ -8,8 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/desktop/geometry.h"
+
 /// What the bridge asks of the desktop that it runs on. Everything is called, and calls back, on
-/// the main thread; nothing may block it.
+/// the main thread.
 namespace tolvane {
 
 /// The interface's current screen, by which the palette takes its size and shape.
@@ -21,11 +23,16 @@ struct PaletteStage {
 
 class Palette {
  public:
+  using Files = std::vector<std::filesystem::path>;
+
   Palette() = default;
   virtual ~Palette() = default;
   Palette(const Palette&) = delete;
   Palette& operator=(const Palette&) = delete;
 
+  /// Remembers what the palette is to appear next to, and who has the focus now.
+  /// @param fileFrame of the selected file; absent means the pointer.
+  virtual void beginInvocation(const std::optional<Rectangle>& fileFrame) = 0;
   virtual void present(const PaletteStage& stage) = 0;
   virtual void show() = 0;
   /// Hides the palette and the settings window and gives the focus back.
@@ -35,6 +42,8 @@ class Palette {
   virtual void resumeDismissal() = 0;
   /// @param dismissed called whenever the settings window was dismissed.
   virtual void onSettingsDismissed(std::function<void()> dismissed) = 0;
+  /// @param dropped takes the files that were dropped on the palette, at least one.
+  virtual void onFiles(std::function<void(Files)> dropped) = 0;
 };
 
 /// Open panels. Each calls back once, when it has closed; nullopt when it was cancelled.
@@ -66,6 +75,8 @@ class Shortcut {
   virtual bool registerKey(const std::optional<std::string>& key) = 0;
   [[nodiscard]] virtual std::string key() const = 0;
   [[nodiscard]] virtual std::string status() const = 0;
+  /// @param trigger called whenever the shortcut is pressed.
+  virtual void onTrigger(std::function<void()> trigger) = 0;
 };
 
 /// The pointer gesture: Shift and a secondary click in the file manager.
@@ -80,6 +91,25 @@ class Gesture {
   virtual bool setEnabled(bool on) = 0;
   [[nodiscard]] virtual bool isEnabled() const = 0;
   [[nodiscard]] virtual std::string status() const = 0;
+  /// @param trigger called whenever the gesture was recognised.
+  virtual void onTrigger(std::function<void()> trigger) = 0;
+};
+
+/// What is selected in the file manager.
+class FinderSelection {
+ public:
+  using Path = std::filesystem::path;
+
+  FinderSelection() = default;
+  virtual ~FinderSelection() = default;
+  FinderSelection(const FinderSelection&) = delete;
+  FinderSelection& operator=(const FinderSelection&) = delete;
+
+  /// Empty when no file manager is in front. The user waits for the answer.
+  /// @throws ConversionFailure when the file manager cannot be asked.
+  virtual std::vector<Path> resolve() = 0;
+  /// Where the one file of the last resolve() is seen on the screen, if that is known.
+  [[nodiscard]] virtual std::optional<Rectangle> selectedFileFrame() const = 0;
 };
 
 /// What the user allows and prefers. "automation" is always the same text.
@@ -142,6 +172,7 @@ struct DesktopServices {
   std::unique_ptr<Panels> panels;
   std::unique_ptr<Shortcut> shortcut;
   std::unique_ptr<Gesture> gesture;
+  std::unique_ptr<FinderSelection> finder;
   std::unique_ptr<Permissions> permissions;
   std::unique_ptr<LoginItem> login;
   std::unique_ptr<ResultActions> results;

@@ -1,0 +1,78 @@
+#include "desktop/pointer_gesture_service.h"
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+#include "desktop/native_policies.h"
+
+namespace tolvane {
+
+PointerGestureService::PointerGestureService(const Surroundings& surroundings)
+    : desktop_(surroundings) {
+  desktop_.wakeNotices.onWake([this] { wake(); });
+}
+
+PointerGestureService::~PointerGestureService() {
+  desktop_.wakeNotices.onWake({});
+}
+
+bool PointerGestureService::setEnabled(bool on) {
+  tap_.reset();
+  if (!on) {
+    stayOff(GestureStatus::off);
+    return true;
+  }
+  if (!desktop_.permissions.canListenToInput() && !desktop_.permissions.requestInputListening()) {
+    return stayOff(GestureStatus::permissionMissing);
+  }
+  return start();
+}
+
+bool PointerGestureService::start() {
+  constexpr std::uint64_t secondaryPresses = 1U << TapEvent::secondaryMouseDown;
+  tap_ = desktop_.taps.create(secondaryPresses, [this](const TapEvent& event) { received(event); });
+  if (tap_ == nullptr) {
+    return stayOff(GestureStatus::unavailable);
+  }
+  tap_->enable();
+  enabled_ = true;
+  status_ = GestureStatus::running;
+  return true;
+}
+
+bool PointerGestureService::stayOff(const char* status) {
+  enabled_ = false;
+  status_ = status;
+  return false;
+}
+
+void PointerGestureService::wake() {
+  if (enabled_) {
+    setEnabled(true);
+  }
+}
+
+void PointerGestureService::received(const TapEvent& event) {
+  if (event.type == TapEvent::disabledByTimeout || event.type == TapEvent::disabledByUserInput) {
+    tap_->enable();
+    return;
+  }
+  const auto front = desktop_.frontApplication.current();
+  if (NativePolicies::shouldOfferPointerPalette(
+          front ? std::optional(front->bundleIdentifier) : std::nullopt,
+          (event.flags & TapEvent::shift) != 0,
+          event.type == TapEvent::secondaryMouseDown)) {
+    scheduleTrigger();
+  }
+}
+
+void PointerGestureService::scheduleTrigger() {
+  desktop_.main.post([trigger = std::weak_ptr(onTrigger_)] {
+    if (const auto present = trigger.lock(); present && *present) {
+      (*present)();
+    }
+  });
+}
+
+}  // namespace tolvane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/desktop/geometry.h"
+#include "platform/desktop/path.h"
+
+namespace tolvane {
+
+/// What the palette shows: the interface over a backdrop. It fills the one window that holds it;
+/// at first that is the panel. Main thread only.
+class ContentView {
+ public:
+  enum class Window { palettePanel, settingsWindow };
+
+  ContentView() = default;
+  virtual ~ContentView() = default;
+  ContentView(const ContentView&) = delete;
+  ContentView& operator=(const ContentView&) = delete;
+
+  /// Takes the view out of the window that holds it and puts it into the other one.
+  virtual void moveTo(Window window) = 0;
+  /// Of the window that holds it.
+  [[nodiscard]] virtual Size size() const = 0;
+  /// Cuts the backdrop, and the panel's shadow, to a shape.
+  /// @param shape in the view's own coordinates: origin bottom-left, y up.
+  virtual void setBackdropShape(const Path& shape) = 0;
+};
+
+}  // namespace tolvane

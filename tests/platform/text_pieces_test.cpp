@@ -1,0 +1,65 @@
+#include "platform/typesetting/text_pieces.h"
+
+#include <ostream>
+
+#include <gtest/gtest.h>
+
+namespace tolvane {
+namespace {
+
+using namespace std::string_view_literals;
+
+/// The pieces, each followed by a sign for its end: "+" none, "/" line, "|" paragraph, "#" page.
+std::string divided(std::string_view text, std::size_t limit) {
+  std::string result;
+  TextPieces pieces(text, limit);
+  while (!pieces.atEnd()) {
+    const TextPieces::Piece piece = pieces.next();
+    result.append(piece.text) += "+/|#"[static_cast<std::size_t>(piece.end)];
+  }
+  return result;
+}
+
+struct PiecesCase {
+  const char* label;
+  std::string_view text;
+  const char* expected;
+};
+void PrintTo(const PiecesCase& c, std::ostream* out) {
+  *out << c.label;
+}
+
+class TextPiecesTest : public ::testing::TestWithParam<PiecesCase> {};
+TEST_P(TextPiecesTest, AreWhatAReaderSees) {
+  EXPECT_EQ(divided(GetParam().text, 8), GetParam().expected);
+}
+INSTANTIATE_TEST_SUITE_P(
+    All,
+    TextPiecesTest,
+    ::testing::Values(PiecesCase{"nothing", "", ""},
+                      PiecesCase{"no end of line", "a", "a|"},
+                      PiecesCase{"end of line at the end", "a\nb\n", "a|b|"},
+                      PiecesCase{"empty lines", "\n\na", "||a|"},
+                      PiecesCase{"CR LF and CR", "a\r\nb\rc\n\rd", "a|b|c||d|"},
+                      PiecesCase{"form feed", "a\fb\f", "a#b#"},
+                      PiecesCase{"vertical tab", "a\vb", "a/b|"},
+                      PiecesCase{"separators of Unicode", "a\u2028b\u2029c\u0085d", "a/b|c|d|"},
+                      PiecesCase{"tabs stay", "a\tb", "a\tb|"},
+                      PiecesCase{"controls go", "a\0b\x1B\x7F\u0080\u009F\u00A0"sv, "ab\u00A0|"},
+                      PiecesCase{"exactly the limit", "12345678\n", "12345678|"},
+                      PiecesCase{"over the limit", "123456789", "12345678+9|"},
+                      PiecesCase{"uncut characters", "1234567\u20AC", "1234567+\u20AC|"},
+                      PiecesCase{"controls do not cut", "12345678\0"sv, "12345678|"}));
+
+TEST(TextPiecesTest, BeginWithWhatWasPutBack) {
+  TextPieces pieces("123456789", 4);
+  EXPECT_EQ(pieces.next().text, "1234");
+  pieces.putBack(3);
+  EXPECT_EQ(pieces.next().text, "2345");
+  EXPECT_EQ(pieces.next().text, "6789");
+  EXPECT_TRUE(pieces.atEnd());
+  EXPECT_EQ(divided("\u20AC\u20AC", 1), "\u20AC+\u20AC|");
+}
+
+}  // namespace
+}  // namespace tolvane

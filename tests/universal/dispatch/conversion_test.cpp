@@ -1,0 +1,225 @@
+#include "universal/dispatch/conversion.h"
+
+#include <memory>
+#include <ostream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "platform/documents/pdf_document.h"
+#include "platform/files/file_names.h"
+#include "platform/images/image_decoder.h"
+#include "tests/support/pdf_builder.h"
+#include "tests/support/universal_job_fixture.h"
+
+namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+using support::contentOf;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+/// A row of cells at fixed columns, 14 points below the last.
+std::string ruledRow(int row) {
+  const std::string number = std::to_string(row);
+  return "BT /F1 10 Tf 1 0 0 1 72 " + std::to_string(720 - 14 * row) + " Tm (Item " + number +
+         ") Tj 150 0 Td (" + std::to_string(row * 7) + ") Tj 120 0 Td (total " + number +
+         ") Tj ET 60 " + std::to_string(717 - 14 * row) + " 400 0.5 re f\n";
+}
+
+/// Files of every kind, made once by the engines themselves.
+class ConversionTest : public UniversalJobFixture {
+ protected:
+  static void SetUpTestSuite() {
+    samples_ = std::make_unique<support::TemporaryFolder>();
+    makeTexts();
+    makePdfs();
+    engine("pandoc", {"notes.md", "-o", "report.docx"});
+    engine("pandoc", {"notes.md", "-o", "report.odt"});
+    engine("pandoc", {"notes.md", "-o", "book.epub"});
+    engine("pandoc", {"slides.md", "-o", "talk.pptx"});
+    engine("soffice",
+           {"-env:UserInstallation=file://" + (*samples_ / "profile").string(),
+            "--headless",
+            "--convert-to",
+            "xlsx",
+            "prices.csv"});
+  }
+  static void TearDownTestSuite() { samples_.reset(); }
+
+  static void makeTexts() {
+    samples_->write("notes.md", "# Heading\n\nFirst *paragraph*.\n\nŽluťoučký kůň.\n");
+    samples_->write("plain.txt", "One line.\nAnother line.\n");
+    samples_->write("page.html", "<h1>Heading</h1><p>First paragraph.</p>");
+    samples_->write("letter.rtf", R"({\rtf1\ansi Dear {\b reader}\u8217?s cat\par})");
+    samples_->write("slides.md", "# First slide\n\nText one\n\n# Second slide\n\nText two\n");
+    samples_->write("prices.csv", "Item,Price\n\"Tea, green\",\"1,5\"\n<b>&,2\n");
+    samples_->write("film.srt", "1\r\n00:00:01,000 --> 00:00:02,500\r\nHello there\r\n");
+  }
+  static void makePdfs() {
+    support::PdfBuilder()
+        .page({.text = "Alpha page"})
+        .page({.text = "Beta page"})
+        .write(*samples_ / "two.pdf");
+    std::string rows;
+    for (int row = 0; row < 40; ++row) {
+      rows += ruledRow(row);
+    }
+    support::PdfBuilder().page({.drawing = rows}).write(*samples_ / "table.pdf");
+    // A picture of text, for recognition.
+    const CancellationToken token;
+    const Job job = {"pdf_png", {*samples_ / "two.pdf"}, samples_->path(), {}, token, {}};
+    fs::rename(ConversionEngine().run(job).front(), *samples_ / "scan.png");
+  }
+  static void engine(const std::string& name, const std::vector<std::string>& arguments) {
+    const CancellationToken token;
+    LocalToolchain().run(
+        {.name = name, .arguments = arguments, .in = samples_->path(), .timeout = 60}, token);
+  }
+
+  void copySample(const std::string& name) { fs::copy_file(*samples_ / name, sources_ / name); }
+
+  /// Everything legible in a result.
+  std::string textOf(const std::string& name) {
+    const std::string extension = FileNames::extension(name);
+    if (extension == "pdf") {
+      const auto document = pdfLibrary().open(results_ / name);
+      std::string text;
+      for (int page = 0; page < document->pageCount(); ++page) {
+        text += document->text(page);
+      }
+      return text;
+    }
+    if (extension == "png" || extension == "jpg") {
+      const auto header = imageDecoder().probe(results_ / name);
+      return header ? "a picture" : "no picture";
+    }
+    if (extension == "md" || extension == "txt" || extension == "html" || extension == "vtt" ||
+        extension == "tsv" || extension == "rtf" || extension == "csv") {
+      return contentOf(results_ / name);
+    }
+    const Bytes content = toolchain_.run({.name = "unzip",
+                                          .arguments = {"-p", (results_ / name).string()},
+                                          .in = results_.path(),
+                                          .timeout = 60},
+                                         token_);
+    return std::string(asText(content));
+  }
+
+  static std::unique_ptr<support::TemporaryFolder> samples_;
+};
+
+std::unique_ptr<support::TemporaryFolder> ConversionTest::samples_;
+
+struct RouteCase {
+  const char* input;
+  const char* target;
+  std::vector<std::string> results;
+  const char* text;  ///< in the last result
+};
+
+void PrintTo(const RouteCase& c, std::ostream* out) {
+  *out << c.input << " to " << c.target;
+}
+
+class RouteTest : public ConversionTest, public ::testing::WithParamInterface<RouteCase> {};
+
+TEST_P(RouteTest, GivesAReadableResult) {
+  copySample(GetParam().input);
+  ASSERT_THAT(run(std::string("convert.") + GetParam().target, {GetParam().input}),
+              ElementsAreArray(GetParam().results));
+  EXPECT_THAT(textOf(GetParam().results.back()), HasSubstr(GetParam().text));
+  EXPECT_THAT(sources_.names(), ElementsAre(GetParam().input));
+}
+
+INSTANTIATE_TEST_SUITE_P(Pictures,
+                         RouteTest,
+                         ::testing::Values(RouteCase{"scan.png", "jpg", {"scan.jpg"}, "a picture"},
+                                           RouteCase{
+                                               "scan.png", "docx", {"scan.docx"}, "Alpha page"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Pdfs,
+    RouteTest,
+    ::testing::Values(
+        RouteCase{"two.pdf", "png", {"two-page-001.png", "two-page-002.png"}, "a picture"},
+        RouteCase{"two.pdf", "jpg", {"two-page-001.jpg", "two-page-002.jpg"}, "a picture"},
+        RouteCase{"two.pdf", "pptx", {"two.pptx"}, "Page 2"},
+        RouteCase{"two.pdf", "txt", {"two.txt"}, "Alpha page\n\nBeta page"},
+        RouteCase{"two.pdf", "docx", {"two.docx"}, "Beta page"},
+        RouteCase{"two.pdf", "epub", {"two.epub"}, "Beta page"},
+        RouteCase{"table.pdf", "xlsx", {"table.xlsx"}, "total 39"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Sheets,
+    RouteTest,
+    ::testing::Values(RouteCase{"prices.csv", "tsv", {"prices.tsv"}, "Tea, green\t1,5\r\n<b>&\t2"},
+                      RouteCase{"prices.csv", "xlsx", {"prices.xlsx"}, "&lt;b&gt;&amp;"},
+                      RouteCase{"prices.csv", "pdf", {"prices.pdf"}, "Tea, green"},
+                      RouteCase{"prices.xlsx", "csv", {"prices.csv"}, "\"Tea, green\""},
+                      RouteCase{"prices.xlsx", "ods", {"prices.ods"}, "Tea, green"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Documents,
+    RouteTest,
+    ::testing::Values(
+        RouteCase{"report.docx", "pdf", {"report.pdf"}, "First paragraph."},
+        RouteCase{"report.docx", "png", {"document-page-001.png"}, "a picture"},
+        RouteCase{"report.docx", "md", {"report.md"}, "First *paragraph*."},
+        RouteCase{"report.odt", "docx", {"report.docx"}, "Heading"},
+        RouteCase{"notes.md", "pdf", {"notes.pdf"}, "First *paragraph*."},
+        RouteCase{"notes.md", "docx", {"notes.docx"}, "Heading"},
+        RouteCase{"plain.txt", "html", {"plain.html"}, "Another line."},
+        RouteCase{"page.html", "odt", {"page.odt"}, "First paragraph."},
+        RouteCase{"letter.rtf", "docx", {"letter.docx"}, "Dear reader’s cat"},
+        RouteCase{"letter.rtf", "md", {"letter.md"}, "Dear reader’s cat"},
+        RouteCase{"book.epub", "txt", {"book.txt"}, "First paragraph."},
+        RouteCase{"book.epub", "pdf", {"book.pdf"}, "First paragraph."},
+        RouteCase{"talk.pptx", "pdf", {"talk.pdf"}, "Second slide"},
+        RouteCase{"talk.pptx", "jpg", {"slides-page-001.jpg", "slides-page-002.jpg"}, "a picture"},
+        RouteCase{"film.srt", "vtt", {"film.vtt"}, "WEBVTT\n\n00:00:01.000"},
+        RouteCase{"film.srt", "txt", {"film.txt"}, "Hello there\n"}));
+
+TEST_F(ConversionTest, APictureBecomesAPageOfAPdf) {
+  copySample("scan.png");
+  const Names names = run("convert.pdf", {"scan.png"});
+  ASSERT_EQ(names.size(), 1U);
+  EXPECT_EQ(pdfLibrary().open(results_ / names.front())->pageCount(), 1);
+}
+
+TEST_F(ConversionTest, ATableIsNeededForASheet) {
+  copySample("two.pdf");
+  EXPECT_EQ(failureOf("convert.xlsx", {"two.pdf"}),
+            "No consistent table was recognized. PDF → Excel requires aligned columns or clearly "
+            "delimited rows.");
+  EXPECT_THAT(results_.names(), IsEmpty());
+}
+
+TEST_F(ConversionTest, PagesWithoutTextAreRecognisedUnlessTheUserSaysNo) {
+  support::PdfBuilder().page({}).write(sources_ / "blank.pdf");
+  EXPECT_EQ(failureOf("convert.txt", {"blank.pdf"}),
+            "No text was recognized. Try a clearer image.");
+  EXPECT_EQ(failureOf("convert.txt", {"blank.pdf"}, {{"ocr", false}}),
+            "No text could be extracted or recognized.");
+}
+
+TEST_F(ConversionTest, LocalPicturesOfADocumentAreNotEmbedded) {
+  sources_.write("secret.md", "![](/etc/hostname)\n\n![](../secret.png)\n\nText\n");
+  run("convert.docx", {"secret.md"});
+  EXPECT_THAT(textOf("secret.docx"), HasSubstr("Text"));
+  EXPECT_THAT(textOf("secret.docx"), Not(HasSubstr(contentOf("/etc/hostname"))));
+}
+
+TEST_F(ConversionTest, AFailedDocumentLeavesNothing) {
+  sources_.write("broken.csv", "a,\"b\n");
+  EXPECT_EQ(failureOf("convert.xlsx", {"broken.csv"}),
+            "The delimited file has an unclosed quoted cell.");
+  EXPECT_THAT(results_.names(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tolvane

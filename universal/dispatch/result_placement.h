@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "engine/primitives/file_info.h"
+#include "universal/job/job_context.h"
+
+namespace tolvane::UniversalEngine {
+
+/// Checks each result and gives it its name in the user's folder, one after another. A result
+/// called "result.<extension>" takes the name of the first input.
+/// @param results files in the job's workspace, which stands in `destination`.
+/// @return the placed files. After a failure or a cancellation none is left.
+/// @throws ConversionFailure, PlatformError
+[[nodiscard]] std::vector<std::filesystem::path> placeResults(
+    const std::vector<std::filesystem::path>& results,
+    const std::filesystem::path& destination,
+    const std::vector<FileInfo>& inputs,
+    const JobContext& context);
+
+}  // namespace tolvane::UniversalEngine

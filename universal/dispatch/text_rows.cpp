@@ -1,0 +1,67 @@
+#include "universal/dispatch/text_rows.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+constexpr std::string_view padding = " \t";
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(padding);
+  return first == std::string_view::npos
+             ? std::string_view()
+             : text.substr(first, text.find_last_not_of(padding) - first + 1);
+}
+
+std::vector<std::string_view> split(std::string_view text, std::string_view separator) {
+  std::vector<std::string_view> pieces;
+  std::size_t start = 0;
+  for (std::size_t end = text.find(separator); end != std::string_view::npos;
+       end = text.find(separator, start)) {
+    pieces.push_back(text.substr(start, end - start));
+    start = end + separator.size();
+  }
+  pieces.push_back(text.substr(start));
+  return pieces;
+}
+
+TableRow cellsOf(std::string_view line) {
+  TableRow cells;
+  if (line.find('\t') != std::string_view::npos) {
+    for (const std::string_view piece : split(line, "\t")) {
+      cells.emplace_back(piece);
+    }
+    return cells;
+  }
+  for (const std::string_view piece : split(line, "  ")) {
+    if (const std::string_view cell = trimmed(piece); !cell.empty()) {
+      cells.emplace_back(cell);
+    }
+  }
+  return cells;
+}
+
+}  // namespace
+
+Table rowsOf(std::string_view text) {
+  Table rows;
+  for (const std::string_view line : split(text, "\n")) {
+    if (!trimmed(line).empty()) {
+      rows.push_back(cellsOf(line));
+    }
+  }
+  return rows;
+}
+
+bool isConsistent(const Table& rows) {
+  return rows.size() >= 2 && rows.front().size() >= 2 &&
+         std::all_of(rows.begin(), rows.end(), [&](const TableRow& row) {
+           return row.size() == rows.front().size();
+         });
+}
+
+}  // namespace tolvane::UniversalEngine

@@ -1,0 +1,85 @@
+#include "universal/dispatch/verification.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+#include "engine/primitives/conversion_failure.h"
+#include "platform/files/bytes.h"
+#include "platform/files/file_names.h"
+#include "platform/files/file_system.h"
+#include "platform/files/platform_error.h"
+#include "universal/media/media_probe.h"
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr double timeout = 120;  // seconds
+
+using Check = void (*)(const fs::path& url, const JobContext& context);
+
+void checkPdf(const fs::path& url, const JobContext& context) {
+  static_cast<void>(context.base.pdf(url));
+}
+
+void checkPackage(const fs::path& url, const JobContext& context) {
+  context.run("unzip", {"-tqq", url.string()}, timeout);
+}
+
+void checkMedia(const fs::path& url, const JobContext& context) {
+  const Value::Map probed = probe(url, context);
+  const Value::List* streams = valueAt(probed, "streams").list();
+  if (streams == nullptr || streams->empty()) {
+    throw ConversionFailure::message("No valid stream was found in the result.");
+  }
+}
+
+void checkPicture(const fs::path& url, const JobContext& context) {
+  context.run("magick", {"identify", url.string()}, timeout);
+}
+
+void checkArchive(const fs::path& url, const JobContext& context) {
+  context.run("7zz", {"t", url.string()}, timeout);
+}
+
+void checkJson(const fs::path& url, const JobContext& /*context*/) {
+  try {
+    // Each value is dropped as soon as it is read.
+    const auto dropped = [](int, nlohmann::json::parse_event_t, nlohmann::json&) { return false; };
+    const Bytes bytes = FileSystem::readAll(url);
+    static_cast<void>(nlohmann::json::parse(asText(bytes), dropped));
+  } catch (const nlohmann::json::exception& error) {
+    throw PlatformError(std::string("The result is no valid JSON: ") + error.what());
+  }
+}
+
+const std::map<std::string_view, Check>& checks() {
+  static const std::map<std::string_view, Check> byExtension = {
+      {"pdf", checkPdf},      {"docx", checkPackage}, {"pptx", checkPackage},
+      {"xlsx", checkPackage}, {"epub", checkPackage}, {"odt", checkPackage},
+      {"ods", checkPackage},  {"mp4", checkMedia},    {"mov", checkMedia},
+      {"m4a", checkMedia},    {"mp3", checkMedia},    {"wav", checkMedia},
+      {"aiff", checkMedia},   {"flac", checkMedia},   {"ogg", checkMedia},
+      {"opus", checkMedia},   {"png", checkPicture},  {"jpg", checkPicture},
+      {"webp", checkPicture}, {"heic", checkPicture}, {"tiff", checkPicture},
+      {"avif", checkPicture}, {"bmp", checkPicture},  {"gif", checkPicture},
+      {"json", checkJson},    {"zip", checkArchive},  {"tar", checkArchive},
+      {"gz", checkArchive}};
+  return byExtension;
+}
+
+}  // namespace
+
+void verify(const fs::path& url, const JobContext& context) {
+  const auto found = checks().find(FileNames::lowerExtension(url));
+  if (found != checks().end()) {
+    found->second(url, context);
+  }
+}
+
+}  // namespace tolvane::UniversalEngine

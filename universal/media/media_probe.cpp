@@ -1,0 +1,69 @@
+#include "universal/media/media_probe.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "engine/json/value_json.h"
+
+namespace tolvane::UniversalEngine {
+
+namespace {
+
+constexpr double probeTimeout = 30;  // seconds
+
+/// Both outputs of the engine stand in one text: what it remarks on a damaged stream comes before
+/// the JSON, whose first and outermost bracket is alone on its line.
+std::string_view withoutRemarks(std::string_view printed) {
+  const std::size_t remarksEnd = printed.find("\n{\n");
+  return remarksEnd == std::string_view::npos ? printed : printed.substr(remarksEnd + 1);
+}
+
+const Value::List& streams(const Value::Map& probed) {
+  static const Value::List none;
+  const Value::List* list = valueAt(probed, "streams").list();
+  const auto isMap = [](const Value& stream) { return stream.map() != nullptr; };
+  return list != nullptr && std::all_of(list->begin(), list->end(), isMap) ? *list : none;
+}
+
+const Value* firstStream(const Value::Map& probed, std::string_view type) {
+  const Value::List& all = streams(probed);
+  const auto found = std::find_if(all.begin(), all.end(), [type](const Value& stream) {
+    const std::string* own = stream["codec_type"].text();
+    return own != nullptr && *own == type;
+  });
+  return found != all.end() ? &*found : nullptr;
+}
+
+}  // namespace
+
+Value::Map probe(const std::filesystem::path& url, const JobContext& context) {
+  const Bytes printed = context.run("ffprobe",
+                                    {"-v",
+                                     "error",
+                                     "-protocol_whitelist",
+                                     "file,pipe",
+                                     "-show_format",
+                                     "-show_streams",
+                                     "-of",
+                                     "json",
+                                     url.string()},
+                                    probeTimeout);
+  const Value probed = ValueJson::parse(withoutRemarks(asText(printed)));
+  return probed.map() != nullptr ? *probed.map() : Value::Map();
+}
+
+bool hasAudio(const Value::Map& probed) {
+  return firstStream(probed, "audio") != nullptr;
+}
+
+std::optional<FrameSize> frameSize(const Value::Map& probed) {
+  const Value* video = firstStream(probed, "video");
+  if (video == nullptr) {
+    return std::nullopt;
+  }
+  const auto width = (*video)["width"].integer();
+  const auto height = (*video)["height"].integer();
+  return width && height ? std::optional(FrameSize{*width, *height}) : std::nullopt;
+}
+
+}  // namespace tolvane::UniversalEngine

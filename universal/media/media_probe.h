@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+#include "engine/primitives/value.h"
+#include "universal/job/job_context.h"
+
+/// What ffprobe tells about an audio or video file.
+namespace tolvane::UniversalEngine {
+
+/// Pixels.
+struct FrameSize {
+  std::int64_t width = 0;
+  std::int64_t height = 0;
+};
+
+/// Runs ffprobe for at most 30 seconds.
+/// @return the members "format" and "streams" as it prints them; none when it prints no JSON
+/// object.
+/// @throws ValueJson::ParseError when it prints no JSON. @throws as LocalToolchain::run
+[[nodiscard]] Value::Map probe(const std::filesystem::path& url, const JobContext& context);
+
+/// @param probed what probe() returned. A "streams" that is not a list of maps counts as empty.
+[[nodiscard]] bool hasAudio(const Value::Map& probed);
+
+/// @return the size of the first video stream; nullopt when there is none or it does not say.
+[[nodiscard]] std::optional<FrameSize> frameSize(const Value::Map& probed);
+
+}  // namespace tolvane::UniversalEngine

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "engine/primitives/value.h"
+
+namespace tolvane::UniversalEngine {
+
+/// Arguments of an engine.
+using Arguments = std::vector<std::string>;
+
+/// What is to become of one audio or video file, as far as the engine's arguments depend on it.
+struct MediaRequest {
+  std::string_view target;               ///< extension of the output: "mp4", "mp3", "gif", ...
+  std::optional<std::string_view> tool;  ///< absent for a plain conversion
+  const Value::Map& options;
+  const Value::Map& probed;  ///< the input, as probe() tells
+
+  [[nodiscard]] bool isVideo() const { return target == "mp4" || target == "mov"; }
+};
+
+}  // namespace tolvane::UniversalEngine
