@@ -4,13 +4,14 @@
 #include <variant>
 
 #include "bridge/unavailable_services.h"
+#include "universal/dispatch/universal_engine.h"
 
 namespace tolvane {
 
 HostSession::HostSession(std::function<void()> interrupted)
     : interrupt_(interrupted ? std::make_unique<Interrupt>(loop_, std::move(interrupted))
                              : nullptr),
-      bridge_(messengers_.host(), loop_, unavailableServices(), ConversionEngine()),
+      bridge_(messengers_.host(), loop_, unavailableServices(), UniversalEngine::completeEngine()),
       client_(messengers_.interface()) {}
 
 void HostSession::listen(ChannelClient::EventHandler handler) {
