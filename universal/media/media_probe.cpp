@@ -25,15 +25,6 @@ const Value::List& streams(const Value::Map& probed) {
   return list != nullptr && std::all_of(list->begin(), list->end(), isMap) ? *list : none;
 }
 
-const Value* firstStream(const Value::Map& probed, std::string_view type) {
-  const Value::List& all = streams(probed);
-  const auto found = std::find_if(all.begin(), all.end(), [type](const Value& stream) {
-    const std::string* own = stream["codec_type"].text();
-    return own != nullptr && *own == type;
-  });
-  return found != all.end() ? &*found : nullptr;
-}
-
 }  // namespace
 
 Value::Map probe(const std::filesystem::path& url, const JobContext& context) {
@@ -52,17 +43,24 @@ Value::Map probe(const std::filesystem::path& url, const JobContext& context) {
   return probed.map() != nullptr ? *probed.map() : Value::Map();
 }
 
+const Value& firstStream(const Value::Map& probed, std::string_view type) {
+  static const Value none;
+  const Value::List& all = streams(probed);
+  const auto found = std::find_if(all.begin(), all.end(), [type](const Value& stream) {
+    const std::string* own = stream["codec_type"].text();
+    return own != nullptr && *own == type;
+  });
+  return found != all.end() ? *found : none;
+}
+
 bool hasAudio(const Value::Map& probed) {
-  return firstStream(probed, "audio") != nullptr;
+  return !firstStream(probed, "audio").isNull();
 }
 
 std::optional<FrameSize> frameSize(const Value::Map& probed) {
-  const Value* video = firstStream(probed, "video");
-  if (video == nullptr) {
-    return std::nullopt;
-  }
-  const auto width = (*video)["width"].integer();
-  const auto height = (*video)["height"].integer();
+  const Value& video = firstStream(probed, "video");
+  const auto width = video["width"].integer();
+  const auto height = video["height"].integer();
   return width && height ? std::optional(FrameSize{*width, *height}) : std::nullopt;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string_view>
 
 #include "engine/primitives/value.h"
 #include "universal/job/job_context.h"
@@ -24,6 +25,10 @@ struct FrameSize {
 
 /// @param probed what probe() returned. A "streams" that is not a list of maps counts as empty.
 [[nodiscard]] bool hasAudio(const Value::Map& probed);
+
+/// @param type "audio" or "video".
+/// @return the first stream of that type, as it was printed; null when there is none.
+[[nodiscard]] const Value& firstStream(const Value::Map& probed, std::string_view type);
 
 /// @return the size of the first video stream; nullopt when there is none or it does not say.
 [[nodiscard]] std::optional<FrameSize> frameSize(const Value::Map& probed);
