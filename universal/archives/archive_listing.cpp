@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <optional>
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/limits.h"
@@ -12,7 +12,16 @@ namespace tolvane::ArchiveListing {
 
 namespace {
 
-using Fields = std::map<std::string_view, std::string_view>;
+/// The fields of one entry that are judged. An absent one is empty, which means the same to every
+/// rule but that of the path.
+struct Entry {
+  std::optional<std::string_view> path;
+  std::string_view size;
+  std::string_view mode;
+  std::string_view symbolicLink;
+  std::string_view hardLink;
+  std::string_view attributes;
+};
 
 /// Takes the text up to the separator, or all of it, off the front of `rest`.
 std::string_view takeUntil(std::string_view separator, std::string_view& rest) {
@@ -22,29 +31,39 @@ std::string_view takeUntil(std::string_view separator, std::string_view& rest) {
   return taken;
 }
 
-/// A later line of the same name replaces an earlier one.
-Fields fieldsOf(std::string_view block) {
+/// A later field of the same name replaces an earlier one.
+void set(Entry& entry, std::string_view name, std::string_view value) {
+  if (name == "Path") {
+    entry.path = value;
+  } else if (name == "Size") {
+    entry.size = value;
+  } else if (name == "Mode") {
+    entry.mode = value;
+  } else if (name == "Symbolic Link") {
+    entry.symbolicLink = value;
+  } else if (name == "Hard Link") {
+    entry.hardLink = value;
+  } else if (name == "Attributes") {
+    entry.attributes = value;
+  }
+}
+
+/// A block that tells of no entry has no path.
+Entry entryOf(std::string_view block) {
   constexpr std::string_view equals = " = ";
-  Fields fields;
+  Entry entry;
   while (!block.empty()) {
-    std::string_view value = takeUntil("\n", block);
-    if (value.find(equals) != std::string_view::npos) {
-      const std::string_view name = takeUntil(equals, value);
-      fields[name] = value;
+    const std::string_view line = takeUntil("\n", block);
+    const std::size_t nameEnd = line.find(equals);
+    if (nameEnd != std::string_view::npos) {
+      set(entry, line.substr(0, nameEnd), line.substr(nameEnd + equals.size()));
     }
   }
-  return fields;
+  return entry;
 }
 
-/// Empty when there is no such field, which means the same to every rule.
-std::string_view valueOf(const Fields& fields, std::string_view name) {
-  const auto found = fields.find(name);
-  return found == fields.end() ? std::string_view() : found->second;
-}
-
-/// 0 when the field is absent or no decimal number of 64 bits.
-std::int64_t sizeOf(const Fields& fields) {
-  std::string_view text = valueOf(fields, "Size");
+/// 0 when the text is no decimal number of 64 bits.
+std::int64_t sizeFrom(std::string_view text) {
   if (text.starts_with('+') && !text.starts_with("+-")) {
     text.remove_prefix(1);
   }
@@ -67,13 +86,12 @@ bool leavesTheFolder(std::string_view path) {
   return false;
 }
 
-bool isUnsafe(const Fields& fields) {
-  const std::string_view mode = valueOf(fields, "Mode");
+bool isUnsafe(const Entry& entry) {
+  const std::string_view mode = entry.mode;
   const bool isPlain = mode.empty() || mode.front() == '-' || mode.front() == 'd';
-  return !isPlain || leavesTheFolder(valueOf(fields, "Path")) ||
-         !valueOf(fields, "Symbolic Link").empty() || !valueOf(fields, "Hard Link").empty() ||
-         // As in "lrwxrwxrwx".
-         valueOf(fields, "Attributes").find('l') != std::string_view::npos;
+  const bool isLink = !entry.symbolicLink.empty() || !entry.hardLink.empty() ||
+                      entry.attributes.find('l') != std::string_view::npos;  // "lrwxrwxrwx"
+  return !isPlain || isLink || leavesTheFolder(*entry.path);
 }
 
 }  // namespace
@@ -82,13 +100,13 @@ void judge(std::string_view listing) {
   int entries = 0;
   std::int64_t declared = 0;
   while (!listing.empty()) {
-    const Fields fields = fieldsOf(takeUntil("\n\n", listing));
-    if (!fields.contains("Path")) {
+    const Entry entry = entryOf(takeUntil("\n\n", listing));
+    if (!entry.path) {
       continue;
     }
     ++entries;
-    const bool overflows = __builtin_add_overflow(declared, sizeOf(fields), &declared);
-    if (overflows || isUnsafe(fields) || entries > Limits::maxArchiveEntries ||
+    const bool overflows = __builtin_add_overflow(declared, sizeFrom(entry.size), &declared);
+    if (overflows || isUnsafe(entry) || entries > Limits::maxArchiveEntries ||
         declared > Limits::maxExpandedBytes) {
       throw ConversionFailure::message(
           "This archive contains unsafe paths, links or too much expanded data.");
