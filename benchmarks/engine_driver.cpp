@@ -13,22 +13,19 @@
 //          That engine: prints the clock.
 
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <fcntl.h>
 #include <filesystem>
-#include <functional>
 #include <optional>
-#include <spawn.h>
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
+#include "benchmarks/timed_run.h"
 #include "platform/process/descriptor.h"
 #include "platform/process/engine_process.h"
 #include "platform/process/process_log.h"
@@ -41,8 +38,7 @@ namespace fs = std::filesystem;
 using namespace tolvane;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
-using Words = std::vector<std::string>;
+using namespace tolvane::Benchmarks;
 
 constexpr double timeout = 600;  // seconds
 constexpr auto pollInterval = 40ms;
@@ -61,27 +57,6 @@ EngineProcess::Environment inherited() {
     environment.emplace(text.substr(0, text.find('=')), text.substr(text.find('=') + 1));
   }
   return environment;
-}
-
-/// @return whether it ended well.
-bool runBare(Words words, const fs::path& folder) {
-  std::vector<char*> pointers;
-  for (std::string& word : words) {
-    pointers.push_back(word.data());
-  }
-  pointers.push_back(nullptr);
-  posix_spawn_file_actions_t actions = {};
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    ::posix_spawn_file_actions_addopen(&actions, descriptor, "/dev/null", O_RDWR, 0);
-  }
-  pid_t process = -1;
-  const int code =
-      ::posix_spawn(&process, pointers.front(), &actions, nullptr, pointers.data(), environ);
-  ::posix_spawn_file_actions_destroy(&actions);
-  int status = -1;
-  return code == 0 && ::waitpid(process, &status, 0) == process && status == 0;
 }
 
 Words withArguments(Words words, const Engine& engine) {
@@ -131,40 +106,15 @@ bool runByToolchain(const Engine& engine) {
   return true;
 }
 
-double timed(const fs::path& folder, const std::function<bool()>& run) {
-  fs::remove_all(folder);
-  fs::create_directory(folder);
-  const auto start = Clock::now();
-  try {
-    if (!run()) {
-      return std::nan("");
-    }
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return std::nan("");
-  }
-  return Milliseconds(Clock::now() - start).count();
-}
-
 void timeRuns(int rounds, const Engine& engine) {
   EngineProcess::Environment environment = inherited();
   environment["TMPDIR"] = engine.folder;
-  const std::vector<std::function<bool()>> ways = {
-      [&] { return runBare(withArguments({}, engine), engine.folder); },
-      [&] { return runByBubblewrap(engine); },
-      [&] { return runByHelper(engine, environment); },
-      [&] { return runByToolchain(engine); }};
-  for (int round = -1; round < rounds; ++round) {
-    std::vector<double> times(ways.size());
-    for (std::size_t turn = 0; turn < ways.size(); ++turn) {
-      // Each way comes first as often as the others.
-      const std::size_t way = (turn + static_cast<std::size_t>(round + 1)) % ways.size();
-      times[way] = timed(engine.folder, ways[way]);
-    }
-    if (round >= 0) {  // the first warms the caches
-      std::printf("%f %f %f %f\n", times[0], times[1], times[2], times[3]);
-    }
-  }
+  timeInTurn(rounds,
+             engine.folder,
+             {[&] { return runBare(withArguments({}, engine), engine.folder); },
+              [&] { return runByBubblewrap(engine); },
+              [&] { return runByHelper(engine, environment); },
+              [&] { return runByToolchain(engine); }});
 }
 
 double sinceLastAct(const Bytes& printed) {
