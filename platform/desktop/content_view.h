@@ -18,7 +18,7 @@ class ContentView {
 
   /// Takes the view out of the window that holds it and puts it into the other one.
   virtual void moveTo(Window window) = 0;
-  /// Of the window that holds it.
+  /// Of the window that holds it, as it was last set: not as the screen may still show it.
   [[nodiscard]] virtual Size size() const = 0;
   /// Cuts the backdrop, and the panel's shadow, to a shape.
   /// @param shape in the view's own coordinates: origin bottom-left, y up.

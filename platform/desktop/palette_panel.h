@@ -25,6 +25,7 @@ class PalettePanel {
   /// @param dismiss called on Escape; an empty one takes the last one back.
   virtual void onDismiss(std::function<void()> dismiss) = 0;
 
+  /// As it was last set, also where the screen follows later. The same holds for isVisible().
   [[nodiscard]] virtual Rectangle frame() const = 0;
   /// At once, and displayed at once when visible.
   virtual void setFrame(const Rectangle& frame) = 0;
