@@ -11,6 +11,7 @@
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "platform/files/platform_error.h"
+#include "universal/images/engine_path.h"
 #include "universal/media/media_probe.h"
 
 namespace tolvane::UniversalEngine {
@@ -40,7 +41,7 @@ void checkMedia(const fs::path& url, const JobContext& context) {
 }
 
 void checkPicture(const fs::path& url, const JobContext& context) {
-  context.run("magick", {"identify", url.string()}, timeout);
+  context.run("magick", {"identify", enginePath(url, context)}, timeout);
 }
 
 void checkArchive(const fs::path& url, const JobContext& context) {
@@ -48,13 +49,9 @@ void checkArchive(const fs::path& url, const JobContext& context) {
 }
 
 void checkJson(const fs::path& url, const JobContext& /*context*/) {
-  try {
-    // Each value is dropped as soon as it is read.
-    const auto dropped = [](int, nlohmann::json::parse_event_t, nlohmann::json&) { return false; };
-    const Bytes bytes = FileSystem::readAll(url);
-    static_cast<void>(nlohmann::json::parse(asText(bytes), dropped));
-  } catch (const nlohmann::json::exception& error) {
-    throw PlatformError(std::string("The result is no valid JSON: ") + error.what());
+  const Bytes bytes = FileSystem::readAll(url);
+  if (!nlohmann::json::accept(asText(bytes))) {
+    throw PlatformError("The result is no valid JSON.");
   }
 }
 
