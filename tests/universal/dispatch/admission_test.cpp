@@ -39,7 +39,7 @@ TEST_F(AdmissionTest, ReportsWhatIsMissing) {
             }));
   const support::InstalledEngines none = {};
   toolchain_ = none.toolchain();
-  EXPECT_EQ(failureOf("convert.docx", {"a.txt"}), "Requires local pandoc.");
+  EXPECT_EQ(failureOf("convert.docx", {"a.txt"}), "Requires local pandoc. Install it and reselect the file.");
   EXPECT_THAT(results_.names(), IsEmpty());
 }
 

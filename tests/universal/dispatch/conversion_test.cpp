@@ -146,8 +146,8 @@ INSTANTIATE_TEST_SUITE_P(
     Pdfs,
     RouteTest,
     ::testing::Values(
-        RouteCase{"two.pdf", "png", {"two-page-001.png", "two-page-002.png"}, "a picture"},
-        RouteCase{"two.pdf", "jpg", {"two-page-001.jpg", "two-page-002.jpg"}, "a picture"},
+        RouteCase{"two.pdf", "png", {"two-page-1.png", "two-page-2.png"}, "a picture"},
+        RouteCase{"two.pdf", "jpg", {"two-page-1.jpg", "two-page-2.jpg"}, "a picture"},
         RouteCase{"two.pdf", "pptx", {"two.pptx"}, "Page 2"},
         RouteCase{"two.pdf", "txt", {"two.txt"}, "Alpha page\n\nBeta page"},
         RouteCase{"two.pdf", "docx", {"two.docx"}, "Beta page"},
@@ -168,7 +168,7 @@ INSTANTIATE_TEST_SUITE_P(
     RouteTest,
     ::testing::Values(
         RouteCase{"report.docx", "pdf", {"report.pdf"}, "First paragraph."},
-        RouteCase{"report.docx", "png", {"document-page-001.png"}, "a picture"},
+        RouteCase{"report.docx", "png", {"document-page-1.png"}, "a picture"},
         RouteCase{"report.docx", "md", {"report.md"}, "First *paragraph*."},
         RouteCase{"report.odt", "docx", {"report.docx"}, "Heading"},
         RouteCase{"notes.md", "pdf", {"notes.pdf"}, "First *paragraph*."},
@@ -180,7 +180,7 @@ INSTANTIATE_TEST_SUITE_P(
         RouteCase{"book.epub", "txt", {"book.txt"}, "First paragraph."},
         RouteCase{"book.epub", "pdf", {"book.pdf"}, "First paragraph."},
         RouteCase{"talk.pptx", "pdf", {"talk.pdf"}, "Second slide"},
-        RouteCase{"talk.pptx", "jpg", {"slides-page-001.jpg", "slides-page-002.jpg"}, "a picture"},
+        RouteCase{"talk.pptx", "jpg", {"slides-page-1.jpg", "slides-page-2.jpg"}, "a picture"},
         RouteCase{"film.srt", "vtt", {"film.vtt"}, "WEBVTT\n\n00:00:01.000"},
         RouteCase{"film.srt", "txt", {"film.txt"}, "Hello there\n"}));
 
