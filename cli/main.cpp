@@ -1,6 +1,5 @@
 #include <csignal>
 #include <exception>
-#include <malloc.h>
 #include <map>
 #include <string>
 #include <vector>
@@ -47,20 +46,9 @@ ExitStatus run(const Arguments& arguments) {
   return found->second(arguments);
 }
 
-/// Page pictures come and go by the megabyte. Kept in one heap that does not shrink, they are not
-/// given back to the system, and cleared by it again, a page at a time.
-void keepMemory() {
-  constexpr int oneArena = 1;
-  constexpr int threshold = 1 << 30;  // bytes
-  ::mallopt(M_ARENA_MAX, oneArena);
-  ::mallopt(M_MMAP_THRESHOLD, threshold);
-  ::mallopt(M_TRIM_THRESHOLD, threshold);
-}
-
 }  // namespace
 
 int main(int count, char** words) {
-  keepMemory();
   tolvane::Console::claimStreams();
   // A reader that goes away shows as a failed write; it must not end a job half-way.
   std::signal(SIGPIPE, SIG_IGN);

@@ -35,6 +35,12 @@ struct Job {
   }
 };
 
+/// A file that passed the gate.
+struct AdmittedFile {
+  FileInfo info;
+  std::shared_ptr<PdfDocument> document;  ///< of a PDF, so that it is not opened twice
+};
+
 /// Admits files and runs the native PDF and image actions. Holds no state between calls but the
 /// runner of universal jobs. Worker thread.
 ///
@@ -52,6 +58,7 @@ class ConversionEngine {
   explicit ConversionEngine(UniversalRunner universal) : universal_(std::move(universal)) {}
 
   /// The gate that every file passes: its kind and detail line, or its refusal.
+  [[nodiscard]] AdmittedFile admit(const std::filesystem::path& url) const;
   [[nodiscard]] FileInfo inspect(const std::filesystem::path& url) const;
 
   /// Opens a PDF that is whole, unlocked and of 1 to 500 pages.

@@ -38,18 +38,19 @@ void runImageAction(NativeJob& job) {
   if (job.action == NativeAction::imagesPdf) {
     combined = pdfLibrary().compose();
   }
-  for (const FileInfo& file : job.files) {
+  for (const AdmittedFile& file : job.files) {
     job.token.check();
-    const Bitmap picture = loadImage(file.url, maxDimension);
+    const std::filesystem::path& url = file.info.url;
+    const Bitmap picture = loadImage(url, maxDimension);
     if (combined) {
-      appendPicture(*combined, file.url, picture);
+      appendPicture(*combined, url, picture);
     } else {
-      job.stagePicture(FileNames::stem(file.url), picture);
+      job.stagePicture(FileNames::stem(url), picture);
     }
     job.work.advance();
   }
   if (combined) {
-    job.stagePdf(FileNames::stem(job.files.front().url) + "-combined.pdf", *combined);
+    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf", *combined);
   }
 }
 

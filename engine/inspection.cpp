@@ -71,7 +71,7 @@ void requireAdmissibleSize(std::uint64_t size) {
 
 }  // namespace
 
-FileInfo ConversionEngine::inspect(const fs::path& given) const {
+AdmittedFile ConversionEngine::admit(const fs::path& given) const {
   if (FileNames::isAddress(given.string())) {
     throw ConversionFailure::message("Choose a local file.");
   }
@@ -79,7 +79,7 @@ FileInfo ConversionEngine::inspect(const fs::path& given) const {
   const FileSystem::Attributes attributes = FileSystem::attributes(url);
   const std::string extension = FileNames::lowerExtension(url);
   if (const auto kind = packageKind(extension); kind && attributes.isDirectory) {
-    return {url, *kind, FileNames::upper(extension) + " · package"};
+    return {{url, *kind, FileNames::upper(extension) + " · package"}, nullptr};
   }
   if (!attributes.isRegularFile) {
     throw ConversionFailure::message("Folders and unavailable files are not supported.");
@@ -87,16 +87,22 @@ FileInfo ConversionEngine::inspect(const fs::path& given) const {
   if (extension == "textclipping") {
     // Only whether it holds text matters here.
     static_cast<void>(UniversalFormats::clippingText(url));
-    return {url, FileKind::document, "Text clipping · document"};
+    return {{url, FileKind::document, "Text clipping · document"}, nullptr};
   }
   requireAdmissibleSize(attributes.size);
   if (startsLikePdf(url)) {
-    return {url, FileKind::pdf, fmt::format("{} pages · PDF", pdf(url)->pageCount())};
+    auto document = pdf(url);
+    std::string detail = fmt::format("{} pages · PDF", document->pageCount());
+    return {{url, FileKind::pdf, std::move(detail)}, std::move(document)};
   }
   if (auto image = inspectImage(url)) {
-    return *std::move(image);
+    return {*std::move(image), nullptr};
   }
-  return UniversalFormats::inspect(url);
+  return {UniversalFormats::inspect(url), nullptr};
+}
+
+FileInfo ConversionEngine::inspect(const fs::path& url) const {
+  return admit(url).info;
 }
 
 }  // namespace tolvane

@@ -18,15 +18,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<FileInfo> admit(const ConversionEngine& engine, const Job& job) {
+std::vector<AdmittedFile> admit(const ConversionEngine& engine, const Job& job) {
   if (job.inputs.empty() || job.inputs.size() > Limits::maxInputFiles) {
     throw ConversionFailure::message("Choose 1–100 files.");
   }
   job.token.check();
-  std::vector<FileInfo> files;
+  std::vector<AdmittedFile> files;
   files.reserve(job.inputs.size());
   for (const fs::path& input : job.inputs) {
-    files.push_back(engine.inspect(input));
+    files.push_back(engine.admit(input));
   }
   return files;
 }
@@ -38,10 +38,11 @@ NativeAction requireAction(const std::string& id) {
   throw ConversionFailure::message("This action is unavailable.");
 }
 
-void requireFittingFiles(NativeAction action, const std::vector<FileInfo>& files) {
+void requireFittingFiles(NativeAction action, const std::vector<AdmittedFile>& files) {
   const FileKind kind = inputKind(action);
-  const bool fit = std::all_of(
-      files.begin(), files.end(), [kind](const FileInfo& file) { return file.kind == kind; });
+  const bool fit = std::all_of(files.begin(), files.end(), [kind](const AdmittedFile& file) {
+    return file.info.kind == kind;
+  });
   if (!fit) {
     throw ConversionFailure::message(std::string("All selected files must be ") +
                                      (kind == FileKind::pdf ? "PDFs" : "images") +
@@ -53,10 +54,10 @@ void requireFittingFiles(NativeAction action, const std::vector<FileInfo>& files
   }
 }
 
-void requireCombinableImages(const std::vector<FileInfo>& files) {
+void requireCombinableImages(const std::vector<AdmittedFile>& files) {
   double area = 0;
-  for (const FileInfo& file : files) {
-    const auto header = imageDecoder().probe(file.url);
+  for (const AdmittedFile& file : files) {
+    const auto header = imageDecoder().probe(file.info.url);
     area += header ? static_cast<double>(header->width) * header->height
                    : std::numeric_limits<double>::infinity();
   }
@@ -102,21 +103,20 @@ void NativeJob::stagePdf(const std::string& name, PdfComposer& composer) {
 }
 
 std::vector<fs::path> runNativeJob(const ConversionEngine& engine, const Job& job) {
-  std::vector<FileInfo> files = admit(engine, job);
+  std::vector<AdmittedFile> files = admit(engine, job);
   const NativeAction action = requireAction(job.action);
   requireFittingFiles(action, files);
   if (action == NativeAction::imagesPdf) {
     requireCombinableImages(files);
   }
   std::vector<fs::path> sources;
-  for (const FileInfo& file : files) {
-    sources.push_back(file.url);
+  for (const AdmittedFile& file : files) {
+    sources.push_back(file.info.url);
   }
   const fs::path folder = prepareDestination(job.destination, sources.front());
   const JobWorkspace workspace(folder);
 
-  NativeJob native = {engine,
-                      action,
+  NativeJob native = {action,
                       std::move(files),
                       JobOptions::read(job.options),
                       job.token,

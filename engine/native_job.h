@@ -28,9 +28,8 @@ class WorkCounter {
 
 /// What the actions share while a native job runs.
 struct NativeJob {
-  const ConversionEngine& engine;
   NativeAction action;
-  std::vector<FileInfo> files;  ///< 1 to 100, all of the action's kind
+  std::vector<AdmittedFile> files;  ///< 1 to 100, all of the action's kind
   JobOptions options;
   const CancellationToken& token;
   WorkCounter work;

@@ -22,8 +22,6 @@ namespace tolvane {
 
 namespace {
 
-using Documents = std::vector<std::shared_ptr<PdfDocument>>;
-
 constexpr double renderingScale = 2.0;
 constexpr int pointsPerInch = 72;
 
@@ -36,14 +34,12 @@ struct Input {
   std::string text;                     // of the actions that write one text an input
 };
 
-/// Opens every input and counts the work. The documents stay open, so the files that were counted
-/// are the ones that are worked on; they read their pages on demand.
-Documents openAll(NativeJob& job) {
-  Documents documents;
+/// The documents are open since their admission, so the files that were admitted are the ones that
+/// are counted and worked on; they read their pages on demand.
+void countWork(NativeJob& job) {
   int total = 0;
-  for (const FileInfo& file : job.files) {
-    documents.push_back(job.engine.pdf(file.url));
-    total += documents.back()->pageCount();
+  for (const AdmittedFile& file : job.files) {
+    total += file.document->pageCount();
   }
   const int limit =
       job.action == NativeAction::mergePdf ? Limits::maxPages : Limits::maxPagesPerJob;
@@ -52,7 +48,6 @@ Documents openAll(NativeJob& job) {
         "Use at most 500 pages in a merged PDF and 1,000 pages in other jobs.");
   }
   job.work.expect(total);
-  return documents;
 }
 
 /// Runs one step on a page; a page that the library cannot read ends the job with our sentence.
@@ -235,17 +230,14 @@ void editPages(NativeJob& job, const Input& input) {
 }  // namespace
 
 void runPdfAction(NativeJob& job) {
-  Documents documents = openAll(job);
+  countWork(job);
   const auto combined = pdfLibrary().compose();
   Bitmap bitmap;
-  for (std::size_t index = 0; index < documents.size(); ++index) {
+  for (AdmittedFile& file : job.files) {
     job.token.check();
     // Taken out of the list, so that an input's pages are freed before the next input's are read.
-    Input input = {std::exchange(documents[index], nullptr),
-                   FileNames::stem(job.files[index].url),
-                   {},
-                   nullptr,
-                   {}};
+    Input input = {
+        std::exchange(file.document, nullptr), FileNames::stem(file.info.url), {}, nullptr, {}};
     if (job.action == NativeAction::editPdf) {
       editPages(job, input);
     } else {
@@ -253,7 +245,7 @@ void runPdfAction(NativeJob& job) {
     }
   }
   if (job.action == NativeAction::mergePdf) {
-    job.stagePdf(FileNames::stem(job.files.front().url) + "-combined.pdf", *combined);
+    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf", *combined);
   }
 }
 

@@ -12,7 +12,7 @@ namespace tolvane {
 
 /// Paints the pages of one PDF and reads their text. What PdfDocument renders with; it is a module
 /// of its own because its libraries take three times as long to load as the one that opens and
-/// writes PDFs. Worker thread.
+/// writes PDFs. Worker thread; two readers may work at the same time on two threads.
 class PageReader {
  public:
   PageReader() = default;
@@ -40,7 +40,7 @@ class PageReaderFactory {
   /// Reads on demand. @param descriptor stays the caller's, who may close it after the call.
   /// @throws PlatformError when the file is no PDF; so does the other.
   [[nodiscard]] virtual std::unique_ptr<PageReader> open(int descriptor) = 0;
-  [[nodiscard]] virtual std::unique_ptr<PageReader> open(Bytes pdf) = 0;
+  [[nodiscard]] virtual std::unique_ptr<PageReader> open(std::shared_ptr<const Bytes> pdf) = 0;
 };
 
 /// Loads the rendering libraries at its first use. One object for the process.

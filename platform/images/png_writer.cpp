@@ -12,6 +12,7 @@
 
 #include "platform/files/platform_error.h"
 #include "platform/images/big_endian.h"
+#include "platform/images/grey_detection.h"
 #include "platform/images/pixel_loops.h"
 
 namespace tolvane {
@@ -27,27 +28,9 @@ constexpr std::size_t bytesOf(ColorType type) {
   return type == ColorType::grey ? 1 : type == ColorType::rgb ? 3 : 4;
 }
 
-bool isGrey(const Bitmap& bitmap) {
-  const auto width = static_cast<std::size_t>(bitmap.width);
-  const auto isGreyRow =
-      bitmap.layout == PixelLayout::rgb ? PixelLoops::isGreyRgb : PixelLoops::isGreyBgrx;
-  for (int y = 0; y < bitmap.height; ++y) {
-    if (!isGreyRow(bitmap.row(y).data(), width)) {
-      return false;
-    }
-  }
-  return true;
-}
-
 ColorType colorTypeOf(const Bitmap& bitmap) {
-  switch (bitmap.layout) {
-    case PixelLayout::grey:
-      return ColorType::grey;
-    case PixelLayout::rgba:
-      return ColorType::rgba;
-    case PixelLayout::rgb:
-    case PixelLayout::bgrx:
-      break;
+  if (bitmap.layout == PixelLayout::rgba) {
+    return ColorType::rgba;
   }
   return isGrey(bitmap) ? ColorType::grey : ColorType::rgb;
 }

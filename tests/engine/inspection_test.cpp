@@ -53,8 +53,10 @@ TEST_P(InspectionTest, AdmitsOrRefuses) {
   GetParam().make(file);
   std::string answer;
   try {
-    const FileInfo info = ConversionEngine().inspect(file);
+    const AdmittedFile admitted = ConversionEngine().admit(file);
+    const FileInfo& info = admitted.info;
     EXPECT_EQ(info.url, file);
+    EXPECT_EQ(admitted.document != nullptr, info.kind == FileKind::pdf);
     answer = std::string(name(info.kind)) + ": " + info.detail;
   } catch (const ConversionFailure& failure) {
     answer = failure.errorDescription();

@@ -1,5 +1,6 @@
 #include "platform/images/image_encoder.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -123,6 +124,21 @@ TEST(PngTest, IsGreyOnlyWhereEveryPixelIs) {
       EXPECT_EQ(colorTypeOf(encoded), 2);
       EXPECT_EQ(pixelsOfPng(encoded), asRgba(tinted));
     }
+  }
+}
+
+int componentsOfJpeg(BytesView encoded) {
+  constexpr std::array<std::uint8_t, 2> frame = {0xFF, 0xC0};
+  const auto found = std::search(encoded.begin(), encoded.end(), frame.begin(), frame.end());
+  return found[9];
+}
+
+TEST(JpegTest, IsGreyOnlyWhereEveryPixelIs) {
+  for (const PixelLayout layout : {PixelLayout::rgb, PixelLayout::bgrx}) {
+    Bitmap page = plain(67, 40, layout, 200);
+    EXPECT_EQ(componentsOfJpeg(ImageEncoder::jpeg(page, 0.9)), 1);
+    page.pixels[page.stride() * 20 + 1] = 190;
+    EXPECT_EQ(componentsOfJpeg(ImageEncoder::jpeg(page, 0.9)), 3);
   }
 }
 

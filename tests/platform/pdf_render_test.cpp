@@ -1,8 +1,10 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <numeric>
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -151,6 +153,23 @@ TEST(PdfDocumentTest, GivesThePageAgainHoweverOftenItIsAsked) {
     document->render(0, 396, 306, later);
     EXPECT_EQ(later.pixels, first.pixels) << round;
     EXPECT_EQ(document->text(0), text) << round;
+  }
+}
+
+TEST(PdfDocumentTest, GivesEveryPageItsOwnTextInWhateverOrder) {
+  constexpr int count = 43;
+  const TemporaryFolder folder;
+  PdfBuilder builder;
+  for (int page = 0; page < count; ++page) {
+    builder.page({.text = "Number " + std::to_string(page)});
+  }
+  const auto document = pdfLibrary().open(builder.write(folder / "long.pdf"));
+  std::vector<int> order(count);
+  std::iota(order.begin(), order.end(), 0);
+  order.insert(order.end(),
+               {40, 2, 17, 18, 42, 0, 1, 30});  // and leaves while pages are read ahead
+  for (const int page : order) {
+    EXPECT_EQ(document->text(page), "Number " + std::to_string(page));
   }
 }
 

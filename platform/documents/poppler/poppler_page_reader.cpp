@@ -158,12 +158,13 @@ std::unique_ptr<PageReader> PopplerPageReaderFactory::open(int descriptor) {
       std::make_unique<PopplerPageReader::Handle>(owned(document, error)));
 }
 
-std::unique_ptr<PageReader> PopplerPageReaderFactory::open(Bytes pdf) {
-  auto kept = std::make_unique<Bytes>(std::move(pdf));
-  const std::uint8_t* data = kept->data();
-  const std::size_t size = kept->size();
+std::unique_ptr<PageReader> PopplerPageReaderFactory::open(std::shared_ptr<const Bytes> pdf) {
+  using Kept = std::shared_ptr<const Bytes>;
+  const std::uint8_t* data = pdf->data();
+  const std::size_t size = pdf->size();
+  auto kept = std::make_unique<Kept>(std::move(pdf));
   const std::unique_ptr<GBytes, BytesUnref> bytes(g_bytes_new_with_free_func(
-      data, size, [](gpointer owner) { delete static_cast<Bytes*>(owner); }, kept.release()));
+      data, size, [](gpointer owner) { delete static_cast<Kept*>(owner); }, kept.release()));
   GError* error = nullptr;
   PopplerDocument* document = poppler_document_new_from_bytes(bytes.get(), nullptr, &error);
   return std::make_unique<PopplerPageReader>(

@@ -32,7 +32,7 @@ class PopplerPageReaderFactory : public PageReaderFactory {
   PopplerPageReaderFactory();
 
   std::unique_ptr<PageReader> open(int descriptor) override;
-  std::unique_ptr<PageReader> open(Bytes pdf) override;
+  std::unique_ptr<PageReader> open(std::shared_ptr<const Bytes> pdf) override;
 };
 
 }  // namespace tolvane

@@ -94,7 +94,9 @@ void SourceDocument::render(int page, int width, int height, Bitmap& bitmap) {
 
 std::string SourceDocument::text(int page) {
   static_cast<void>(pageAt(page));
-  std::string text = reader().text(page);
+  PageReader& own = reader();
+  std::optional<std::string> ahead = textReadAhead(page);
+  std::string text = ahead ? *std::move(ahead) : own.text(page);
   checkUnchanged();
   return text;
 }
@@ -124,14 +126,22 @@ std::vector<PdfGlyph> SourceDocument::glyphs(int page) {
   return glyphs;
 }
 
+std::optional<std::string> SourceDocument::textReadAhead(int page) {
+  if (copy_ && !ahead_) {
+    ahead_ = std::make_unique<TextAhead>(pageReaderFactory().open(copy_), pageCount());
+  }
+  return ahead_ ? ahead_->take(page) : std::nullopt;
+}
+
 PageReader& SourceDocument::reader() {
   try {
     if (!reader_) {
       reader_ = pageReaderFactory().open(file_->descriptor());
     }
-    if (!readsCopy_ && (needsCopy() || deservesCopy())) {
-      reader_ = pageReaderFactory().open(copyForRendering(file_));
-      readsCopy_ = true;
+    if (!copy_ && (needsCopy() || deservesCopy())) {
+      auto copy = std::make_shared<const Bytes>(copyForRendering(file_));
+      reader_ = pageReaderFactory().open(copy);
+      copy_ = std::move(copy);
     }
     ++pagesRead_;
     return *reader_;

@@ -2,12 +2,14 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/documents/page_reader.h"
 #include "platform/documents/pdf_document.h"
 #include "platform/documents/qpdf/source_file.h"
+#include "platform/documents/qpdf/text_ahead.h"
 
 class QPDF;
 class QPDFObjectHandle;
@@ -37,6 +39,7 @@ class SourceDocument : public PdfDocument {
  private:
   [[nodiscard]] const QPDFObjectHandle& pageAt(int page) const;
   [[nodiscard]] PageReader& reader();
+  [[nodiscard]] std::optional<std::string> textReadAhead(int page);
   [[nodiscard]] bool needsCopy() const;
   [[nodiscard]] bool deservesCopy() const;
 
@@ -44,7 +47,8 @@ class SourceDocument : public PdfDocument {
   std::shared_ptr<QPDF> document_;
   std::vector<QPDFObjectHandle> pages_;
   std::unique_ptr<PageReader> reader_;
-  bool readsCopy_ = false;
+  std::shared_ptr<const Bytes> copy_;  // what the reader reads instead of the file
+  std::unique_ptr<TextAhead> ahead_;
   int pagesRead_ = 0;
 };
 
