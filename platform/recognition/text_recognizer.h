@@ -7,7 +7,7 @@
 
 namespace tolvane {
 
-/// Reads the text in pictures. Worker thread.
+/// Reads the text in pictures. Any thread, several at a time.
 class TextRecognizer {
  public:
   static constexpr int unknownResolution = 0;

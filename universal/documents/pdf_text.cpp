@@ -1,7 +1,13 @@
 #include "universal/documents/pdf_text.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <deque>
+#include <future>
 #include <new>
 #include <optional>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include <fmt/format.h>
@@ -36,43 +42,89 @@ std::optional<Bytes> painted(PdfDocument& document, int page, Bitmap& bitmap) tr
   return std::nullopt;
 }
 
-/// @param bitmap its memory is reused from page to page.
-/// @return nullopt when the page yields no picture.
-std::optional<std::string> recognizedText(PdfDocument& document,
-                                          int page,
-                                          const JobContext& context,
-                                          Bitmap& bitmap) {
-  const std::optional<Bytes> picture = painted(document, page, bitmap);
-  if (!picture) {
-    return std::nullopt;
+/// Recognizes pages beside the thread that paints them, a few at a time.
+class PageRecognition {
+ public:
+  /// @param texts by page; each gets its text when it is known.
+  PageRecognition(std::vector<std::string>& texts, const CancellationToken& token)
+      : texts_(texts), token_(token) {}
+
+  /// Waits while too many pages are being recognized. @throws as recognize() for an earlier page
+  void add(std::size_t page, Bitmap picture) {
+    if (running_.size() >= concurrentPages()) {
+      finishOldest();
+    }
+    running_.push_back(
+        {page, std::async(std::launch::async, [bitmap = std::move(picture), &token = token_] {
+           return recognize(bitmap, token);
+         })});
   }
-  FileSystem::writeAtomically(context.workspace / fmt::format("ocr-{}.png", page), *picture);
-  // The file holds these very pixels.
-  return recognize(bitmap, context.token);
+
+  /// @throws as recognize() for the first page that fails.
+  void finish() {
+    while (!running_.empty()) {
+      finishOldest();
+    }
+  }
+
+ private:
+  struct Running {
+    std::size_t page;
+    std::future<std::string> text;  // its end waits for the recognition
+  };
+
+  /// Each takes about 80 MB.
+  static std::size_t concurrentPages() {
+    return std::clamp(std::thread::hardware_concurrency(), 1U, 4U);
+  }
+
+  void finishOldest() {
+    Running oldest = std::move(running_.front());
+    running_.pop_front();
+    texts_[oldest.page] = oldest.text.get();
+  }
+
+  std::vector<std::string>& texts_;
+  const CancellationToken& token_;
+  std::deque<Running> running_;
+};
+
+fs::path pictureFile(const JobContext& context, int page) {
+  return context.workspace / fmt::format("ocr-{}.png", page);
+}
+
+/// @return by page; empty for a page without text.
+std::vector<std::string> pageTexts(PdfDocument& document, Ocr ocr, const JobContext& context) {
+  const int count = document.pageCount();
+  std::vector<std::string> texts(static_cast<std::size_t>(count));
+  PageRecognition recognition(texts, context.token);
+  for (int page = 0; page < count; ++page) {
+    context.token.check();
+    const auto index = static_cast<std::size_t>(page);
+    texts[index] = trimmed(document.text(page));
+    if (!texts[index].empty() || ocr == Ocr::off) {
+      continue;
+    }
+    Bitmap bitmap;
+    if (const std::optional<Bytes> picture = painted(document, page, bitmap)) {
+      FileSystem::writeAtomically(pictureFile(context, page), *picture);
+      recognition.add(index, std::move(bitmap));  // the very pixels of the file
+    }
+  }
+  recognition.finish();
+  return texts;
 }
 
 }  // namespace
 
 std::string pdfText(const fs::path& url, Ocr ocr, const JobContext& context) {
   const auto document = context.base.pdf(url);
-  std::vector<std::string> texts;
-  Bitmap bitmap;
-  for (int page = 0; page < document->pageCount(); ++page) {
-    context.token.check();
-    const std::string layer = document->text(page);
-    if (const std::string_view text = trimmed(layer); !text.empty()) {
-      texts.emplace_back(text);
-    } else if (ocr == Ocr::on) {
-      if (auto recognized = recognizedText(*document, page, context, bitmap)) {
-        texts.push_back(*std::move(recognized));
-      }
-    }
-  }
-  std::string joined = fmt::format("{}", fmt::join(texts, "\n\n"));
-  if (joined.empty()) {
+  std::vector<std::string> texts = pageTexts(*document, ocr, context);
+  std::erase(texts, "");
+  if (texts.empty()) {
     throw ConversionFailure::message("No text could be extracted or recognized.");
   }
-  return joined;
+  return fmt::format("{}", fmt::join(texts, "\n\n"));
 }
 
 }  // namespace tolvane::UniversalEngine

@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <omp.h>
 #include <string>
 #include <string_view>
@@ -95,6 +96,31 @@ std::vector<std::string> foundLines(Engine& engine) {
   return lines;
 }
 
+/// Engines that wait for work. They stay, because starting one takes longer than a short page.
+class EnginePool {
+ public:
+  std::unique_ptr<Engine> take() {
+    // Held while an engine starts, too: its settings go through variables of the process.
+    const std::lock_guard guard(lock_);
+    if (idle_.empty()) {
+      return completeEngine();
+    }
+    std::unique_ptr<Engine> engine = std::move(idle_.back());
+    idle_.pop_back();
+    return engine;
+  }
+
+  void giveBack(std::unique_ptr<Engine> engine) {
+    engine->Clear();
+    const std::lock_guard guard(lock_);
+    idle_.push_back(std::move(engine));
+  }
+
+ private:
+  std::mutex lock_;
+  std::vector<std::unique_ptr<Engine>> idle_;
+};
+
 class TesseractRecognizer final : public TextRecognizer {
  public:
   std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) override {
@@ -102,19 +128,17 @@ class TesseractRecognizer final : public TextRecognizer {
     // asks for a number of threads itself, so that only the depth can be limited; the setting holds
     // for the calling thread.
     omp_set_max_active_levels(0);
-    if (!engine_) {
-      engine_ = completeEngine();
-    }
     const Bitmap input = readable(picture);
-    engine_->SetImage(input.pixels.data(),
-                      input.width,
-                      input.height,
-                      bytesPerPixel(input.layout),
-                      static_cast<int>(input.stride()));
-    engine_->SetSourceResolution(dotsPerInch);
-    const bool recognized = engine_->Recognize(nullptr) == 0;
-    std::vector<std::string> lines = recognized ? foundLines(*engine_) : std::vector<std::string>();
-    engine_->Clear();
+    std::unique_ptr<Engine> engine = engines_.take();
+    engine->SetImage(input.pixels.data(),
+                     input.width,
+                     input.height,
+                     bytesPerPixel(input.layout),
+                     static_cast<int>(input.stride()));
+    engine->SetSourceResolution(dotsPerInch);
+    const bool recognized = engine->Recognize(nullptr) == 0;
+    std::vector<std::string> lines = recognized ? foundLines(*engine) : std::vector<std::string>();
+    engines_.giveBack(std::move(engine));
     if (!recognized) {
       throw PlatformError("The text of the page could not be recognized.");
     }
@@ -122,7 +146,7 @@ class TesseractRecognizer final : public TextRecognizer {
   }
 
  private:
-  std::unique_ptr<Engine> engine_;  ///< stays, because starting it takes longer than a short page
+  EnginePool engines_;
 };
 
 }  // namespace
