@@ -13,6 +13,7 @@
 #include <tesseract/resultiterator.h>
 
 #include "platform/files/platform_error.h"
+#include "platform/images/grey_detection.h"
 #include "platform/images/image_encoder.h"
 #include "platform/images/image_limits.h"
 #include "platform/images/pixel_loops.h"
@@ -61,17 +62,22 @@ std::unique_ptr<Engine> completeEngine() {
   return complete ? std::move(complete) : std::move(english);
 }
 
-/// Grey or rgb, which is what the engine takes.
+/// Grey or rgb, which is what the engine takes. What is grey becomes grey: the engine looks at each
+/// component of the other.
 Bitmap readable(const Bitmap& picture) {
   requirePixels(picture);
   if (picture.layout != PixelLayout::bgrx) {
     return ImageEncoder::flattened(picture);
   }
-  Bitmap converted{picture.width, picture.height, PixelLayout::rgb, {}};
+  const std::size_t pixels = picture.pixels.size() / sizeof(std::uint32_t);
+  const PixelLayout layout = isGrey(picture) ? PixelLayout::grey : PixelLayout::rgb;
+  Bitmap converted{picture.width, picture.height, layout, {}};
   converted.pixels.resize(converted.stride() * static_cast<std::size_t>(converted.height));
-  PixelLoops::rgbFromBgrx(converted.pixels.data(),
-                          picture.pixels.data(),
-                          picture.pixels.size() / sizeof(std::uint32_t));
+  if (layout == PixelLayout::grey) {
+    PixelLoops::greyFromBgrx(converted.pixels.data(), picture.pixels.data(), pixels);
+  } else {
+    PixelLoops::rgbFromBgrx(converted.pixels.data(), picture.pixels.data(), pixels);
+  }
   return converted;
 }
 
