@@ -25,6 +25,14 @@ void ContentWindow::fitContent() {
   }
 }
 
+void ContentWindow::exposeEvent(QExposeEvent* event) {
+  QQuickWindow::exposeEvent(event);
+  if (isExposed() && !wasExposed_ && exposed_) {
+    exposed_();
+  }
+  wasExposed_ = isExposed();
+}
+
 void ContentWindow::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   QQuickWindow::keyPressEvent(event);

@@ -15,6 +15,9 @@ class ContentWindow final : public QQuickWindow {
   /// @param dismissed an empty one takes the last one back.
   void onDismiss(std::function<void()> dismissed) { dismissed_ = std::move(dismissed); }
 
+  /// @param exposed called whenever the window has come to the screen.
+  void onExposed(std::function<void()> exposed) { exposed_ = std::move(exposed); }
+
   /// Takes the item out of the window that it is in.
   /// @param item not owned.
   void setContent(QQuickItem& item);
@@ -22,6 +25,7 @@ class ContentWindow final : public QQuickWindow {
   void fitContent();
 
  protected:
+  void exposeEvent(QExposeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;
@@ -30,6 +34,8 @@ class ContentWindow final : public QQuickWindow {
   void dismiss();
 
   std::function<void()> dismissed_;
+  std::function<void()> exposed_;
+  bool wasExposed_ = false;
 };
 
 }  // namespace tolvane

@@ -7,8 +7,8 @@
 #include <QDBusVirtualObject>
 #include <QVariantMap>
 
-#include "platform/desktop/desktop_host_name.h"
 #include "platform/files/file_names.h"
+#include "platform/process/desktop_host.h"
 
 namespace tolvane {
 
@@ -46,7 +46,7 @@ class DesktopBusName::Object final : public QDBusVirtualObject {
   [[nodiscard]] QString introspect(const QString&) const override { return introspection; }
 
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-    if (message.interface() != DesktopHostName::interfaceName) {
+    if (message.interface() != DesktopHost::interfaceName) {
       return false;
     }
     const QList<QVariant> arguments = message.arguments();
@@ -72,8 +72,8 @@ DesktopBusName::DesktopBusName() = default;
 
 DesktopBusName::~DesktopBusName() {
   if (object_ != nullptr) {
-    QDBusConnection::sessionBus().unregisterService(DesktopHostName::name);
-    QDBusConnection::sessionBus().unregisterObject(DesktopHostName::path);
+    QDBusConnection::sessionBus().unregisterService(DesktopHost::name);
+    QDBusConnection::sessionBus().unregisterObject(DesktopHost::path);
   }
 }
 
@@ -84,9 +84,9 @@ bool DesktopBusName::claim(Requests requests) {
   }
   // The object first: who sees the name may call it at once.
   auto object = std::make_unique<Object>(std::move(requests));
-  bus.registerVirtualObject(DesktopHostName::path, object.get());
-  if (!bus.registerService(DesktopHostName::name)) {
-    bus.unregisterObject(DesktopHostName::path);
+  bus.registerVirtualObject(DesktopHost::path, object.get());
+  if (!bus.registerService(DesktopHost::name)) {
+    bus.unregisterObject(DesktopHost::path);
     return false;
   }
   object_ = std::move(object);
@@ -94,9 +94,9 @@ bool DesktopBusName::claim(Requests requests) {
 }
 
 void DesktopBusName::handOver(const Files& files) {
-  auto call = QDBusMessage::createMethodCall(DesktopHostName::name,
-                                             DesktopHostName::path,
-                                             DesktopHostName::interfaceName,
+  auto call = QDBusMessage::createMethodCall(DesktopHost::name,
+                                             DesktopHost::path,
+                                             DesktopHost::interfaceName,
                                              files.empty() ? "Activate" : "Open");
   QStringList addresses;
   for (const std::filesystem::path& file : files) {

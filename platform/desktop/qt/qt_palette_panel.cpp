@@ -1,5 +1,7 @@
 #include "platform/desktop/qt/qt_palette_panel.h"
 
+#include <QGuiApplication>
+#include <QPalette>
 #include <QQuickItem>
 #include <QVariantAnimation>
 
@@ -19,15 +21,13 @@ QtPalettePanel::QtPalettePanel(XServer& server)
   constexpr int alphaBits = 8;
   format.setAlphaBufferSize(alphaBits);
   window_.setFormat(format);
-  window_.setColor(Qt::transparent);
   window_.create();
   // The content's opacity, because compositors show a window's own one with a few frames only.
   QObject::connect(fade_.get(), &QVariantAnimation::valueChanged, [this](const QVariant& opacity) {
     window_.contentItem()->setOpacity(opacity.toDouble());
   });
   // What is mapped has the keyboard's and the pointer's attention only now.
-  QObject::connect(
-      &window_, &QQuickWindow::sceneGraphInitialized, &window_, [this] { shape_.apply(); });
+  window_.onExposed([this] { shape_.apply(); });
 }
 
 QtPalettePanel::~QtPalettePanel() = default;
@@ -42,8 +42,10 @@ void QtPalettePanel::setFrame(const Rectangle& frame) {
 }
 
 void QtPalettePanel::makeKeyAndOrderFront() {
+  // What is see-through shows black without a compositor, also along the edge of the shape.
+  window_.setColor(server_.isComposited() ? QColor(Qt::transparent)
+                                          : QGuiApplication::palette().color(QPalette::Window));
   WindowFocus::showInFront(window_, server_, WindowFocus::Workspaces::all);
-  shape_.apply();
 }
 
 void QtPalettePanel::orderOut() {
