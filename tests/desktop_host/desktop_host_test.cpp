@@ -80,7 +80,7 @@ TEST_F(DesktopHostTest, APressInAGapOfTheWheelReachesTheWindowBelow) {
 
 TEST_F(DesktopHostTest, TakesPastedFiles) {
   output("echo 'file://" + folder_.path().string() +
-         "/a%20b.csv' | xclip -selection clipboard -t text/uri-list");
+         "/a%20b.csv' | xclip -selection clipboard -t text/uri-list > /dev/null 2>&1");
   openWithShortcut();
   xdotool("key ctrl+v");
   EXPECT_TRUE(eventually(isWheel));
@@ -112,7 +112,10 @@ TEST_F(OpenCommandTest, StartsTheHostWhenNoneIsRunning) {
   const std::string file = folder_.write("a.csv", "1,2\n").string();
   ASSERT_EQ(output(std::string(TOLVANE_PROGRAM) + " open " + file), "");
   EXPECT_TRUE(eventually(isWheel));
-  output("kill $(xdotool search --name '^tolvane$' getwindowpid | tail -1)");
+  output(
+      "kill $(gdbus call --session -d org.freedesktop.DBus -o / -m "
+      "org.freedesktop.DBus.GetConnectionUnixProcessID app.tolvane.Desktop | tr -cd ' 0-9' | "
+      "cut -d ' ' -f 2)");
   EXPECT_TRUE(eventually([] { return !isPaletteVisible(); }));
 }
 

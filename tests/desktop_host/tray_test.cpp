@@ -35,10 +35,10 @@ class TrayTest : public support::SessionTest {
 
   Host host_;
   std::filesystem::path registrations_ = folder_.write("registrations", "");
-  Program watcher_{
-      {"sh",
-       "-c",
-       std::string("exec python3 ") + STATUS_NOTIFIER_WATCHER + " > " + registrations_.string()}};
+  Program watcher_{{"sh",
+                    "-c",
+                    std::string("exec /usr/bin/python3 ") + STATUS_NOTIFIER_WATCHER + " > " +
+                        registrations_.string()}};
 };
 
 TEST_F(TrayTest, ALeftClickOpensThePalette) {

@@ -29,7 +29,9 @@ class QtPalettePanel final : public PalettePanel {
   [[nodiscard]] bool isVisible() const override { return window_.isVisible(); }
   void makeKeyAndOrderFront() override;
   void orderOut() override;
-  void setMouseEvents(MouseEvents events) override { shape_.setMouseEvents(events); }
+  /// Nothing to do: the server itself lets events through outside the shape, which is where they
+  /// are to be ignored, and is never late for a pointer that moves fast.
+  void setMouseEvents(MouseEvents) override {}
   void setOpacity(double opacity) override;
   void fadeIn(std::chrono::milliseconds duration) override;
 

@@ -1,9 +1,12 @@
 #include "platform/desktop/x11/x_window_shape.h"
 
+#include <vector>
+
+#include <QBitmap>
+#include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
 #include <QRegion>
-#include <QTransform>
 #include <QWindow>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
@@ -12,17 +15,30 @@ namespace tolvane {
 
 namespace {
 
-/// @param scale pixels a point.
-QRegion regionOf(const Path& shape, double scale) {
-  QRegion region;
+QPainterPath painterPathOf(const Path& shape) {
+  QPainterPath path;
+  path.setFillRule(Qt::WindingFill);
   for (const Path::Polygon& polygon : shape.polygons()) {
     QPolygonF corners;
     for (const Point& corner : polygon) {
-      corners << QPointF(corner.x * scale, corner.y * scale);
+      corners << QPointF(corner.x, corner.y);
     }
-    region += QRegion(corners.toPolygon(), Qt::WindingFill);
+    path.addPolygon(corners);
+    path.closeSubpath();
   }
-  return region;
+  return path;
+}
+
+/// The pixels whose middles lie in the shape: corners that are rounded to pixels would show.
+/// @param scale pixels a point.
+QRegion regionOf(const Path& shape, QSize size, double scale) {
+  QBitmap pixels(size * scale);
+  pixels.clear();
+  QPainter painter(&pixels);
+  painter.scale(scale, scale);
+  painter.fillPath(painterPathOf(shape), Qt::color1);
+  painter.end();
+  return {pixels};
 }
 
 std::vector<xcb_rectangle_t> rectanglesOf(const QRegion& region) {
@@ -45,15 +61,8 @@ void XWindowShape::set(const Path& shape) {
   apply();
 }
 
-void XWindowShape::setMouseEvents(MouseEvents events) {
-  if (events != events_) {
-    events_ = events;
-    applyInput();
-  }
-}
-
 void XWindowShape::apply() {
-  window_.setMask(server_.isComposited() ? QRegion() : regionOf(shape_, 1));
+  window_.setMask(server_.isComposited() ? QRegion() : regionOf(shape_, window_.size(), 1));
   applyInput();
 }
 
@@ -61,9 +70,8 @@ void XWindowShape::applyInput() {
   if (window_.handle() == nullptr) {
     return;
   }
-  const auto rectangles = events_ == MouseEvents::ignored
-                              ? std::vector<xcb_rectangle_t>()
-                              : rectanglesOf(regionOf(shape_, window_.devicePixelRatio()));
+  const auto rectangles =
+      rectanglesOf(regionOf(shape_, window_.size(), window_.devicePixelRatio()));
   xcb_shape_rectangles(server_.connection(),
                        XCB_SHAPE_SO_SET,
                        XCB_SHAPE_SK_INPUT,

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <vector>
-
-#include "platform/desktop/palette_panel.h"
 #include "platform/desktop/path.h"
 #include "platform/desktop/x11/x_server.h"
 
@@ -20,7 +17,6 @@ class XWindowShape {
 
   /// @param shape in the window's coordinates, origin top-left, y down.
   void set(const Path& shape);
-  void setMouseEvents(MouseEvents events);
   /// Some window managers forget the shape when they map a window, and compositors come and go: to
   /// be called after each mapping.
   void apply();
@@ -31,7 +27,6 @@ class XWindowShape {
   XServer& server_;
   QWindow& window_;
   Path shape_;
-  MouseEvents events_ = MouseEvents::accepted;
 };
 
 }  // namespace tolvane
