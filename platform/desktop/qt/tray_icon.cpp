@@ -13,6 +13,7 @@ namespace tolvane {
 namespace {
 
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
+constexpr const char* xembedTray = "_NET_SYSTEM_TRAY_S0";
 
 bool isWatcherThere() {
   const auto* bus = QDBusConnection::sessionBus().interface();
@@ -34,7 +35,8 @@ TrayIcon::TrayIcon(const char* description, const XServer& server, Actions actio
   quit->setShortcut(QKeySequence("Ctrl+Q"));
   QObject::connect(quit, &QAction::triggered, actions_.quit);
   QObject::connect(&watcher_, &QDBusServiceWatcher::serviceRegistered, [this] { appear(); });
-  if (isWatcherThere() || QSystemTrayIcon::isSystemTrayAvailable()) {
+  // Qt itself must not be asked: it would remember for good that there was no watcher.
+  if (isWatcherThere() || server_.hasOwner(xembedTray)) {
     appear();
   }
 }
@@ -45,7 +47,7 @@ void TrayIcon::seen(const XEvent& event) {
   }
   const auto message = event.as<xcb_client_message_event_t>();
   if (message.type == server_.atom("MANAGER") &&
-      message.data.data32[1] == server_.atom("_NET_SYSTEM_TRAY_S0") && icon_ == nullptr) {
+      message.data.data32[1] == server_.atom(xembedTray) && icon_ == nullptr) {
     QMetaObject::invokeMethod(
         &menu_, [this] { appear(); }, Qt::QueuedConnection);
   }

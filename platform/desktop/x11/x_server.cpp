@@ -159,8 +159,8 @@ XWindow XServer::windowUnderPointer() const {
   return window;
 }
 
-bool XServer::isComposited() const {
-  const auto cookie = xcb_get_selection_owner(connection_, atom("_NET_WM_CM_S0"));
+bool XServer::hasOwner(const char* selection) const {
+  const auto cookie = xcb_get_selection_owner(connection_, atom(selection));
   const XReply<xcb_get_selection_owner_reply_t> reply(
       xcb_get_selection_owner_reply(connection_, cookie, nullptr));
   return reply && reply->owner != noWindow;

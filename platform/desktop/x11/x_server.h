@@ -41,7 +41,9 @@ class XServer {
   /// The innermost window under the pointer; 0 when the pointer is on another screen.
   [[nodiscard]] XWindow windowUnderPointer() const;
   /// Whether a compositing manager blends windows, so that see-through parts are possible.
-  [[nodiscard]] bool isComposited() const;
+  [[nodiscard]] bool isComposited() const { return hasOwner("_NET_WM_CM_S0"); }
+  /// Whether a program plays the role that the selection stands for.
+  [[nodiscard]] bool hasOwner(const char* selection) const;
 
   /// Sends the message about `window` that window managers listen for.
   void tellWindowManager(XWindow window,
