@@ -15,6 +15,7 @@ const char* const helpText = R"(usage: tolvane COMMAND [OPTION]... [FILE]...
                              pdf_png pdf_jpeg rotate_pdf merge_pdf split_pdf edit_pdf
                              extract_text ocr image_png image_jpeg images_pdf resize
   engines                  which outside engines were found, and how they are confined
+  open [FILE]...           hand files to the desktop host; start it if it is not running
   host                     speak JSON-RPC on standard input and output
 
   --out DIR                where results go; otherwise beside the first file

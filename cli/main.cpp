@@ -14,6 +14,7 @@
 #include "cli/inspect_command.h"
 #include "cli/offer_commands.h"
 #include "cli/offers_command.h"
+#include "cli/open_command.h"
 
 namespace {
 
@@ -37,6 +38,7 @@ ExitStatus run(const Arguments& arguments) {
                                                    {"host", tolvane::hostCommand},
                                                    {"inspect", tolvane::inspectCommand},
                                                    {"offers", tolvane::offersCommand},
+                                                   {"open", tolvane::openCommand},
                                                    {"tool", tolvane::toolCommand}};
   const auto found = commands.find(arguments.command);
   if (found == commands.end()) {

@@ -26,7 +26,7 @@ ALLOWED = {
 # Headers of outside libraries, by the layers that may name them.
 OUTSIDE = {
     r"(poppler|vips|fontconfig|tesseract|leptonica|qpdf|pango|cairo|unicode|png|turbojpeg|isa-l|gio|gdk|X11|xcb|atspi|seccomp)":
-        {"platform"},
+        {"platform", "platform/desktop"},
     r"Q[A-Z]": {"platform/desktop", "interface", "app"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')

@@ -17,6 +17,14 @@ class SessionBus {
   /// Calls ShowItems of org.freedesktop.FileManager1 without waiting for the answer.
   /// @return false when there is no session bus, or nobody on it who answers to that name.
   virtual bool showItems(const std::vector<std::filesystem::path>& files) = 0;
+
+  /// Calls Open of the desktop host, or Activate without files, and does not wait for the answer.
+  /// @return false when there is no session bus, or no desktop host on it.
+  virtual bool openInDesktopHost(const std::vector<std::filesystem::path>& files) = 0;
+
+  /// Loads the module at the first call.
+  /// @throws PlatformError when it is missing.
+  [[nodiscard]] static SessionBus& shared();
 };
 
 }  // namespace tolvane

@@ -2,6 +2,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/process/desktop_host.h"
 #include "platform/process/session_bus.h"
 
 namespace tolvane {
@@ -70,6 +71,10 @@ Connection connect() {
     g_main_context_iteration(context.pointer(), TRUE);
   }
   g_source_destroy(limit.get());
+  if (connecting.bus) {
+    // The end of the bus must not be ours.
+    g_dbus_connection_set_exit_on_close(connecting.bus.get(), FALSE);
+  }
   return std::move(connecting.bus);
 }
 
@@ -88,8 +93,8 @@ Variant ask(GDBusConnection* bus, const char* method, GVariant* arguments, const
                                              nullptr));
 }
 
-bool isOwned(GDBusConnection* bus) {
-  const Variant answer = ask(bus, "NameHasOwner", g_variant_new("(s)", managerName), "(b)");
+bool isOwned(GDBusConnection* bus, const char* name) {
+  const Variant answer = ask(bus, "NameHasOwner", g_variant_new("(s)", name), "(b)");
   gboolean isOwned = FALSE;
   if (answer) {
     g_variant_get(answer.get(), "(b)", &isOwned);
@@ -108,7 +113,7 @@ bool isActivatable(GDBusConnection* bus) {
   return g_strv_contains(names, managerName) != FALSE;
 }
 
-GVariant* addressesOf(const std::vector<std::filesystem::path>& files) {
+GVariantBuilder addressesOf(const std::vector<std::filesystem::path>& files) {
   GVariantBuilder builder;
   g_variant_builder_init(&builder, G_VARIANT_TYPE("as"));
   for (const std::filesystem::path& file : files) {
@@ -117,36 +122,70 @@ GVariant* addressesOf(const std::vector<std::filesystem::path>& files) {
       g_variant_builder_add(&builder, "s", address.get());
     }
   }
-  constexpr const char* noStartupId = "";
-  return g_variant_new("(ass)", &builder, noStartupId);
+  return builder;
+}
+
+struct Call {
+  const char* name;
+  const char* path;
+  const char* interfaceName;
+  const char* method;
+  GVariant* arguments;  // floating
+};
+
+/// @return whether the call has left this process, which may end now.
+bool send(GDBusConnection* bus, const Call& call) {
+  g_dbus_connection_call(bus,
+                         call.name,
+                         call.path,
+                         call.interfaceName,
+                         call.method,
+                         call.arguments,
+                         nullptr,
+                         G_DBUS_CALL_FLAGS_NONE,
+                         -1,
+                         nullptr,
+                         nullptr,
+                         nullptr);
+  return g_dbus_connection_flush_sync(bus, nullptr, nullptr) != FALSE;
+}
+
+GVariant* applicationArguments(const std::vector<std::filesystem::path>& files) {
+  GVariantBuilder platformData;
+  g_variant_builder_init(&platformData, G_VARIANT_TYPE("a{sv}"));
+  if (files.empty()) {
+    return g_variant_new("(a{sv})", &platformData);
+  }
+  GVariantBuilder addresses = addressesOf(files);
+  return g_variant_new("(asa{sv})", &addresses, &platformData);
 }
 
 class GioSessionBus final : public SessionBus {
  public:
   bool showItems(const std::vector<std::filesystem::path>& files) override {
     const Connection bus = connect();
-    if (!bus) {
+    if (!bus || (!isOwned(bus.get(), managerName) && !isActivatable(bus.get()))) {
       return false;
     }
-    // The end of the bus must not be ours.
-    g_dbus_connection_set_exit_on_close(bus.get(), FALSE);
-    if (!isOwned(bus.get()) && !isActivatable(bus.get())) {
-      return false;
-    }
-    g_dbus_connection_call(bus.get(),
-                           managerName,
-                           "/org/freedesktop/FileManager1",
-                           managerName,
-                           "ShowItems",
-                           addressesOf(files),
-                           nullptr,
-                           G_DBUS_CALL_FLAGS_NONE,
-                           -1,
-                           nullptr,
-                           nullptr,
-                           nullptr);
-    // Leaves this process before it may end.
-    return g_dbus_connection_flush_sync(bus.get(), nullptr, nullptr) != FALSE;
+    constexpr const char* noStartupId = "";
+    GVariantBuilder addresses = addressesOf(files);
+    return send(bus.get(),
+                {managerName,
+                 "/org/freedesktop/FileManager1",
+                 managerName,
+                 "ShowItems",
+                 g_variant_new("(ass)", &addresses, noStartupId)});
+  }
+
+  bool openInDesktopHost(const std::vector<std::filesystem::path>& files) override {
+    const Connection bus = connect();
+    return bus && isOwned(bus.get(), DesktopHost::name) &&
+           send(bus.get(),
+                {DesktopHost::name,
+                 DesktopHost::path,
+                 DesktopHost::interfaceName,
+                 files.empty() ? "Activate" : "Open",
+                 applicationArguments(files)});
   }
 };
 

@@ -1,0 +1,44 @@
+#include "app/app_delegate.h"
+
+#include <utility>
+
+#include <QApplication>
+
+namespace tolvane {
+
+namespace {
+
+constexpr const char* statusDescription = "tolvane – converts your files here, on this computer";
+
+}  // namespace
+
+void AppDelegate::applicationDidFinishLaunching() {
+  QApplication::setQuitOnLastWindowClosed(false);
+  interface_.emplace(messengers_.interface());
+  platform_.emplace(interface_->item(), DesktopPlatform::Accessibility{selection_, tree_});
+  bridge_.emplace(
+      messengers_.host(), platform_->mainQueue(), platform_->services(), ConversionEngine());
+  interface_->start();
+  statusItem_.emplace(
+      statusDescription,
+      platform_->server(),
+      TrayIcon::Actions{[this] { openPalette(); }, [this] { applicationShouldTerminate(); }});
+}
+
+void AppDelegate::openPalette() {
+  bridge_->open(Bridge::Intake::finderSelection);
+}
+
+void AppDelegate::open(std::vector<std::filesystem::path> files) {
+  bridge_->open(std::move(files));
+}
+
+void AppDelegate::applicationShouldTerminate() {
+  if (!bridge_->hasActiveJob()) {
+    QApplication::quit();
+  } else if (!std::exchange(isTerminating_, true)) {
+    bridge_->quit([] { QApplication::quit(); });
+  }
+}
+
+}  // namespace tolvane

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "app/desktop_platform.h"
+#include "app/no_file_manager.h"
+#include "bridge/bridge.h"
+#include "interface/interface_view.h"
+#include "platform/desktop/qt/tray_icon.h"
+
+namespace tolvane {
+
+/// The desktop host's long-lived objects, from the launch to the end of the process. It has no
+/// window of its own beside the palette and the settings: its place is in the tray. Main thread
+/// only.
+class AppDelegate {
+ public:
+  AppDelegate() = default;
+  AppDelegate(const AppDelegate&) = delete;
+  AppDelegate& operator=(const AppDelegate&) = delete;
+
+  /// Builds everything: palette, bridge with its services and the global shortcut, tray icon.
+  /// @throws PlatformError without an X server.
+  void applicationDidFinishLaunching();
+
+  /// Shows the palette with what is selected in the file manager.
+  void openPalette();
+  /// Shows the palette with files that were handed over.
+  void open(std::vector<std::filesystem::path> files);
+
+  /// Ends the program: at once, or as soon as a running job has noticed that it is cancelled.
+  void applicationShouldTerminate();
+
+ private:
+  MessengerPair messengers_;
+  NoFileManagerSelection selection_;
+  NoAccessibilityTree tree_;
+  std::optional<InterfaceView> interface_;
+  std::optional<DesktopPlatform> platform_;
+  std::optional<Bridge> bridge_;
+  std::optional<TrayIcon> statusItem_;
+  bool isTerminating_ = false;
+};
+
+}  // namespace tolvane

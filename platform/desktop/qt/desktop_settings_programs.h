@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/desktop/system_settings.h"
+
+namespace tolvane {
+
+/// Opens the page of the desktop's own settings program that comes nearest: accessibility for
+/// Privacy_Accessibility, its first page for the others, which have no page on Linux.
+class DesktopSettingsPrograms final : public SystemSettings {
+ public:
+  /// Empty where none of the known settings programs is installed.
+  [[nodiscard]] std::string privacyLink() const override;
+  void open(const std::string& link) override;
+};
+
+}  // namespace tolvane

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+struct xcb_connection_t;
+
+namespace tolvane {
+
+using XWindow = std::uint32_t;
+using XAtom = std::uint32_t;
+using XTime = std::uint32_t;  ///< milliseconds of the server; wraps around
+
+/// The X server: properties of windows and messages to the window manager. Main thread only; what
+/// a window that has gone is asked is answered as if it had no properties.
+class XServer {
+ public:
+  /// @throws PlatformError when Qt does not run on an X server.
+  XServer();
+  ~XServer();
+  XServer(const XServer&) = delete;
+  XServer& operator=(const XServer&) = delete;
+
+  /// Qt's own, so that requests stay in order with Qt's.
+  [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
+  [[nodiscard]] XWindow root() const { return root_; }
+  [[nodiscard]] XAtom atom(const std::string& name) const;
+
+  /// The members of a property of 32-bit format (numbers, atoms, windows).
+  [[nodiscard]] std::vector<std::uint32_t> numbers(XWindow window, const char* property) const;
+  /// The bytes of a property of 8-bit format.
+  [[nodiscard]] std::string text(XWindow window, const char* property) const;
+  void setNumber(XWindow window, const char* property, std::uint32_t number);
+
+  [[nodiscard]] XWindow activeWindow() const;
+  [[nodiscard]] bool exists(XWindow window) const;
+  /// The innermost window under the pointer; 0 when the pointer is on another screen.
+  [[nodiscard]] XWindow windowUnderPointer() const;
+  /// Whether a compositing manager blends windows, so that see-through parts are possible.
+  [[nodiscard]] bool isComposited() const { return hasOwner("_NET_WM_CM_S0"); }
+  /// Whether a program plays the role that the selection stands for.
+  [[nodiscard]] bool hasOwner(const char* selection) const;
+
+  /// Sends the message about `window` that window managers listen for.
+  void tellWindowManager(XWindow window,
+                         const char* message,
+                         const std::array<std::uint32_t, 5>& data);
+
+  /// The server's time now, for a user's action that came without a time of its own.
+  [[nodiscard]] XTime now() const;
+
+ private:
+  class Clock;
+
+  xcb_connection_t* connection_;  // Qt's
+  XWindow root_;
+  mutable std::map<std::string, XAtom> atoms_;
+  std::unique_ptr<Clock> clock_;
+};
+
+}  // namespace tolvane

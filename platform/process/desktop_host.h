@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+/// The desktop host of the session, as it is found on the session bus.
+namespace tolvane::DesktopHost {
+
+inline constexpr const char* name = "app.tolvane.Desktop";
+inline constexpr const char* path = "/app/tolvane/Desktop";
+inline constexpr const char* interfaceName = "org.freedesktop.Application";
+
+/// Hands files over to it; does not wait until it shows them. May take some milliseconds on the
+/// first call, and less than a second when the session bus is stuck.
+/// @param files absolute; none: it shows what is selected in the file manager.
+/// @return false when none is running.
+[[nodiscard]] bool open(const std::vector<std::filesystem::path>& files) noexcept;
+
+}  // namespace tolvane::DesktopHost
