@@ -4,6 +4,8 @@
 
 #include <QApplication>
 
+#include "universal/dispatch/universal_engine.h"
+
 namespace tolvane {
 
 namespace {

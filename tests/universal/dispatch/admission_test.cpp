@@ -39,7 +39,8 @@ TEST_F(AdmissionTest, ReportsWhatIsMissing) {
             }));
   const support::InstalledEngines none = {};
   toolchain_ = none.toolchain();
-  EXPECT_EQ(failureOf("convert.docx", {"a.txt"}), "Requires local pandoc. Install it and reselect the file.");
+  EXPECT_EQ(failureOf("convert.docx", {"a.txt"}),
+            "Requires local pandoc. Install it and reselect the file.");
   EXPECT_THAT(results_.names(), IsEmpty());
 }
 
