@@ -40,117 +40,143 @@ struct Conversion {
 };
 
 /// Every page of a PDF as a picture.
-Outputs pagePictures(const fs::path& pdf, const Conversion& c) {
-  return c.context.native(c.target == "png" ? "pdf_png" : "pdf_jpeg", {pdf}, {});
+Outputs pagePictures(const fs::path& pdf, const Conversion& conversion) {
+  return conversion.context.native(conversion.target == "png" ? "pdf_png" : "pdf_jpeg", {pdf}, {});
 }
 
-Outputs fromImage(const Conversion& c) {
-  if (c.target == "pdf") {
-    return c.context.native("images_pdf", {normalized(c.info.url, c.context)}, {});
+Outputs fromImage(const Conversion& conversion) {
+  if (conversion.target == "pdf") {
+    return conversion.context.native(
+        "images_pdf", {normalized(conversion.info.url, conversion.context)}, {});
   }
-  if (c.target == "docx") {
-    const std::string text = recognize(normalized(c.info.url, c.context), c.context.token);
-    document(text, c.output, "docx", Markup::markdown, c.context);
+  if (conversion.target == "docx") {
+    const std::string text =
+        recognize(normalized(conversion.info.url, conversion.context), conversion.context.token);
+    document(text, conversion.output, "docx", Markup::markdown, conversion.context);
   } else {
-    image(c.info.url, c.output, {}, c.options, c.context);
+    image(conversion.info.url, conversion.output, {}, conversion.options, conversion.context);
   }
-  return {c.output};
+  return {conversion.output};
 }
 
-Outputs fromMedia(const Conversion& c) {
-  media(c.info, c.target, std::nullopt, c.output, c.options, c.context);
-  return {c.output};
+Outputs fromMedia(const Conversion& conversion) {
+  media(conversion.info,
+        conversion.target,
+        std::nullopt,
+        conversion.output,
+        conversion.options,
+        conversion.context);
+  return {conversion.output};
 }
 
-Outputs fromSubtitle(const Conversion& c) {
-  const std::string text = UniversalFormats::subtitles(TextFile::read(c.info.url), c.target);
-  FileSystem::writeAtomically(c.output, asBytes(text));
-  return {c.output};
+Outputs fromSubtitle(const Conversion& conversion) {
+  const std::string text =
+      UniversalFormats::subtitles(TextFile::read(conversion.info.url), conversion.target);
+  FileSystem::writeAtomically(conversion.output, asBytes(text));
+  return {conversion.output};
 }
 
-Outputs fromArchive(const Conversion& c) {
-  archive(c.info.url, c.target, c.output, c.context);
-  return {c.output};
+Outputs fromArchive(const Conversion& conversion) {
+  archive(conversion.info.url, conversion.target, conversion.output, conversion.context);
+  return {conversion.output};
 }
 
-void convertDelimited(const Conversion& c) {
+void convertDelimited(const Conversion& conversion) {
   const auto delimiterOf = [](std::string_view extension) {
     return extension == "tsv" ? '\t' : ',';
   };
-  const Table rows = UniversalFormats::csv(TextFile::read(c.info.url), delimiterOf(c.source));
-  if (c.target == "xlsx") {
-    UniversalFormats::workbook(
-        rows, c.output, c.context.workspace, c.context.toolchain, c.context.token);
+  const Table rows =
+      UniversalFormats::csv(TextFile::read(conversion.info.url), delimiterOf(conversion.source));
+  if (conversion.target == "xlsx") {
+    UniversalFormats::workbook(rows,
+                               conversion.output,
+                               conversion.context.workspace,
+                               conversion.context.toolchain,
+                               conversion.context.token);
   } else {
-    FileSystem::writeAtomically(c.output,
-                                asBytes(UniversalFormats::delimited(rows, delimiterOf(c.target))));
+    FileSystem::writeAtomically(
+        conversion.output,
+        asBytes(UniversalFormats::delimited(rows, delimiterOf(conversion.target))));
   }
 }
 
-Outputs fromSpreadsheet(const Conversion& c) {
+Outputs fromSpreadsheet(const Conversion& conversion) {
   static const std::set<std::string> tables = {"csv", "tsv", "xlsx"};
-  if ((c.source == "csv" || c.source == "tsv") && tables.contains(c.target)) {
-    convertDelimited(c);
-  } else if (c.source == "numbers") {
-    appleOffice(c.info, c.target, c.output, c.context);
+  if ((conversion.source == "csv" || conversion.source == "tsv") &&
+      tables.contains(conversion.target)) {
+    convertDelimited(conversion);
+  } else if (conversion.source == "numbers") {
+    appleOffice(conversion.info, conversion.target, conversion.output, conversion.context);
   } else {
-    office(c.info.url, c.target, c.output, c.context);
+    office(conversion.info.url, conversion.target, conversion.output, conversion.context);
   }
-  return {c.output};
+  return {conversion.output};
 }
 
-Outputs fromPresentation(const Conversion& c) {
-  const fs::path slides = c.context.workspace / "slides.pdf";
-  if (c.source == "key") {
-    appleOffice(c.info, "pdf", slides, c.context);
+Outputs fromPresentation(const Conversion& conversion) {
+  const fs::path slides = conversion.context.workspace / "slides.pdf";
+  if (conversion.source == "key") {
+    appleOffice(conversion.info, "pdf", slides, conversion.context);
   } else {
-    office(c.info.url, "pdf", slides, c.context);
+    office(conversion.info.url, "pdf", slides, conversion.context);
   }
-  if (c.target != "pdf") {
-    return pagePictures(slides, c);
+  if (conversion.target != "pdf") {
+    return pagePictures(slides, conversion);
   }
-  FileSystem::move(slides, c.output);
-  return {c.output};
+  FileSystem::move(slides, conversion.output);
+  return {conversion.output};
 }
 
-Outputs fromPages(const Conversion& c) {
-  if (c.target == "pdf") {
-    appleOffice(c.info, "pdf", c.output, c.context);
-    return {c.output};
+Outputs fromPages(const Conversion& conversion) {
+  if (conversion.target == "pdf") {
+    appleOffice(conversion.info, "pdf", conversion.output, conversion.context);
+    return {conversion.output};
   }
-  const fs::path exported = c.context.workspace / "pages.docx";
-  appleOffice(c.info, "docx", exported, c.context);
-  return convert({exported, FileKind::document, "DOCX"}, c.target, c.options, c.context);
+  const fs::path exported = conversion.context.workspace / "pages.docx";
+  appleOffice(conversion.info, "docx", exported, conversion.context);
+  return convert({exported, FileKind::document, "DOCX"},
+                 conversion.target,
+                 conversion.options,
+                 conversion.context);
 }
 
 /// The pages that a document has on paper.
-Outputs layOutDocument(const Conversion& c) {
+Outputs layOutDocument(const Conversion& conversion) {
   static const std::set<std::string> plainTexts = {"md", "markdown", "txt", "epub", "textclipping"};
-  const bool asPdf = c.target == "pdf";
-  const fs::path pdf = asPdf ? c.output : c.context.workspace / "document.pdf";
-  if (!plainTexts.contains(c.source) && c.context.toolchain.find("soffice")) {
-    office(c.info.url, "pdf", pdf, c.context);
+  const bool asPdf = conversion.target == "pdf";
+  const fs::path pdf = asPdf ? conversion.output : conversion.context.workspace / "document.pdf";
+  if (!plainTexts.contains(conversion.source) && conversion.context.toolchain.find("soffice")) {
+    office(conversion.info.url, "pdf", pdf, conversion.context);
   } else {
-    UniversalFormats::textPDF(readText(c.info, c.context), pdf, c.context.token);
+    UniversalFormats::textPDF(
+        readText(conversion.info, conversion.context), pdf, conversion.context.token);
   }
-  return asPdf ? Outputs{pdf} : pagePictures(pdf, c);
+  return asPdf ? Outputs{pdf} : pagePictures(pdf, conversion);
 }
 
-Outputs fromDocument(const Conversion& c) {
+Outputs fromDocument(const Conversion& conversion) {
   static const std::set<std::string> paged = {"pdf", "png", "jpg"};
   static const std::set<std::string> ownReaders = {"rtf", "rtfd", "textclipping"};
-  if (c.source == "pages") {
-    return fromPages(c);
+  if (conversion.source == "pages") {
+    return fromPages(conversion);
   }
-  if (paged.contains(c.target)) {
-    return layOutDocument(c);
+  if (paged.contains(conversion.target)) {
+    return layOutDocument(conversion);
   }
-  if (ownReaders.contains(c.source)) {
-    document(readText(c.info, c.context), c.output, c.target, Markup::plain, c.context);
+  if (ownReaders.contains(conversion.source)) {
+    document(readText(conversion.info, conversion.context),
+             conversion.output,
+             conversion.target,
+             Markup::plain,
+             conversion.context);
   } else {
-    pandoc(c.context, reader(c.source), writer(c.target), c.info.url, c.output);
+    pandoc(conversion.context,
+           reader(conversion.source),
+           writer(conversion.target),
+           conversion.info.url,
+           conversion.output);
   }
-  return {c.output};
+  return {conversion.output};
 }
 
 }  // namespace
@@ -159,7 +185,7 @@ Outputs convert(const FileInfo& info,
                 std::string_view target,
                 const Value::Map& options,
                 const JobContext& context) {
-  const Conversion c = {
+  const Conversion conversion = {
       info,
       std::string(target),
       options,
@@ -168,23 +194,23 @@ Outputs convert(const FileInfo& info,
       context.workspace / ("result." + std::string(target == "gz" ? "tar.gz" : target))};
   switch (info.kind) {
     case FileKind::image:
-      return fromImage(c);
+      return fromImage(conversion);
     case FileKind::pdf:
-      return convertPdf(info.url, c.target, c.output, options, context);
+      return convertPdf(info.url, conversion.target, conversion.output, options, context);
     case FileKind::video:
     case FileKind::audio:
-      return fromMedia(c);
+      return fromMedia(conversion);
     case FileKind::subtitle:
-      return fromSubtitle(c);
+      return fromSubtitle(conversion);
     case FileKind::archive:
-      return fromArchive(c);
+      return fromArchive(conversion);
     case FileKind::spreadsheet:
-      return fromSpreadsheet(c);
+      return fromSpreadsheet(conversion);
     case FileKind::presentation:
-      return fromPresentation(c);
+      return fromPresentation(conversion);
     case FileKind::document:
     case FileKind::ebook:
-      return fromDocument(c);
+      return fromDocument(conversion);
   }
   throw ConversionFailure::message("No conversion engine matches this file.");
 }
