@@ -82,6 +82,14 @@ void png(const fs::path& file) {
 void jpeg(const fs::path& file) {
   support::writeJpeg(file, gradient(30, 20, PixelLayout::rgb));
 }
+/// Two lines, each compressed by itself. Readers that unpack files to look into them stumble here.
+void twoMembers(const fs::path& file) {
+  constexpr std::string_view member(
+      "\x1f\x8b\x08\x00\x00\x00\x00\x00\x02\x03\xcb\xcf\x4b\xe5\x02\x00\x9f\xa8\x17\xf8"
+      "\x04\x00\x00\x00",
+      24);
+  std::ofstream(file) << member << member;
+}
 void empty(const fs::path& file) {
   std::ofstream stream(file);
 }
@@ -112,6 +120,7 @@ INSTANTIATE_TEST_SUITE_P(
         InspectionCase{"slides", "a.key", folderOf, "presentation: KEY · package"},
         InspectionCase{"flatPackage", "a.pages", text("x"), "document: PAGES · document"},
         InspectionCase{"table", "a.csv", text("a,b"), "spreadsheet: CSV · spreadsheet"},
+        InspectionCase{"twoMembers", "a.gz", twoMembers, "archive: GZ · archive"},
         InspectionCase{"largest", "a.zip", largest, "archive: ZIP · archive"}),
     [](const auto& test) { return test.param.label; });
 

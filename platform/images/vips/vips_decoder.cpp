@@ -59,29 +59,30 @@ vips::VSource sourceOf(const fs::path& file) {
   return vips::VSource::new_from_file(file.c_str());
 }
 
-/// By the content; the library also knows the names of loaders that it may not use.
-/// @return nullptr when the content is no image of a trusted kind.
+/// By the content.
+/// @return nullptr when it is no image of a trusted kind.
 const Reader* readerOf(const vips::VSource& source) {
-  const char* loader = vips_foreign_find_load_source(source.get_source());
-  if (loader == nullptr) {
-    vips_error_clear();
-    return nullptr;
-  }
   const auto* const reader = std::find_if(
       TrustedReaders::all.begin(), TrustedReaders::all.end(), [&](const Reader& candidate) {
-        return std::string_view(loader).starts_with(candidate.loader);
+        return vips_foreign_is_a_source(candidate.operation, source.get_source()) != FALSE;
       });
+  vips_error_clear();
   return reader == TrustedReaders::all.end() ? nullptr : reader;
 }
 
 /// @param shrink 1, 2, 4 or 8; above 1 only for JPEG.
 OpenPicture open(const vips::VSource& source, const Reader& reader, int shrink = 1) {
-  vips::VOption* options =
-      VImage::option()->set("access", VIPS_ACCESS_SEQUENTIAL)->set("fail_on", VIPS_FAIL_ON_ERROR);
+  VImage image;
+  vips::VOption* options = VImage::option()
+                               ->set("source", source)
+                               ->set("access", VIPS_ACCESS_SEQUENTIAL)
+                               ->set("fail_on", VIPS_FAIL_ON_ERROR)
+                               ->set("out", &image);
   if (shrink > 1) {
     options->set("shrink", shrink);
   }
-  return {VImage::new_from_source(source, "", options), reader};
+  VImage::call(reader.operation, options);
+  return {image, reader};
 }
 
 int orientationOf(const VImage& image) {

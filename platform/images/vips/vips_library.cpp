@@ -29,7 +29,7 @@ bool startOnce() {
   }
   vips_operation_block_set("VipsForeignLoad", TRUE);
   for (const TrustedReaders::Reader& reader : TrustedReaders::all) {
-    vips_operation_block_set(reader.loader, FALSE);
+    vips_operation_block_set(reader.loaders, FALSE);
   }
   vips_cache_set_max(0);
   // More threads than this wait for the one that decodes.
