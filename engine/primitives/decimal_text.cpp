@@ -3,9 +3,26 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
+#include <locale>
+#include <sstream>
 #include <system_error>
 
 namespace tolvane::DecimalText {
+
+namespace {
+
+/// @param number in decimals, out of the range of a double, which leaves std::from_chars without a
+/// value.
+double outOfRange(std::string_view number) {
+  std::istringstream stream{std::string(number)};
+  stream.imbue(std::locale::classic());
+  double nearest = 0;
+  stream >> nearest;  // fails for a number too large, with the largest there is
+  return stream.fail() ? std::copysign(std::numeric_limits<double>::infinity(), nearest) : nearest;
+}
+
+}  // namespace
 
 std::string format(double number) {
   // Beyond these, the digits of a plain number would be mostly zeros.
@@ -36,10 +53,10 @@ std::optional<double> parse(std::string_view text) {
   }
   double number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) {
+  if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
     return std::nullopt;
   }
-  return number;
+  return error == std::errc::result_out_of_range ? outOfRange(text) : number;
 }
 
 }  // namespace tolvane::DecimalText

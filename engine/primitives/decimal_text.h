@@ -12,7 +12,8 @@ namespace tolvane::DecimalText {
 /// @param number finite.
 [[nodiscard]] std::string format(double number);
 
-/// @return the number that the whole text writes, infinities and NaN included; nullopt when it
+/// @return the number that the whole text writes, infinities and NaN included; an infinity for one
+/// beyond the range of a double, and next to nothing, or 0, for one too small. nullopt when it
 /// writes none.
 [[nodiscard]] std::optional<double> parse(std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include <fmt/format.h>
@@ -21,14 +22,14 @@ using Arguments = std::vector<std::string>;
 constexpr double timeLimit = 600;  // seconds, of every run
 
 /// H.264 in yuv420p needs even sides.
-std::int64_t evenSide(const Value& side, std::int64_t most, std::int64_t fallback) {
-  const std::int64_t pixels = std::min(side.integer().value_or(fallback), most);
+std::int64_t evenSide(std::optional<std::int64_t> side, std::int64_t most, std::int64_t fallback) {
+  const std::int64_t pixels = std::min(side.value_or(fallback), most);
   return pixels - pixels % 2;
 }
 
 FrameSize frameOf(const Value::Map& probed) {
-  const Value& video = firstStream(probed, "video");
-  return {evenSide(video["width"], 1920, 1280), evenSide(video["height"], 1080, 720)};
+  const FrameSides sides = frameSides(probed);
+  return {evenSide(sides.width, 1920, 1280), evenSide(sides.height, 1080, 720)};
 }
 
 /// Writes one clip of the format that all clips have.

@@ -45,6 +45,10 @@ Arguments argumentsFor(Arguments options, const Conversion& conversion) {
                   conversion.input.string(),
                   "-o",
                   conversion.output.string()});
+  if (conversion.writer == "rtf") {
+    // Otherwise it is a fragment without the header, which no word processor opens.
+    options.emplace_back("--standalone");
+  }
   return options;
 }
 

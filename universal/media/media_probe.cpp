@@ -1,7 +1,9 @@
 #include "universal/media/media_probe.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
+#include <utility>
 
 #include "engine/json/value_json.h"
 
@@ -23,6 +25,27 @@ const Value::List& streams(const Value::Map& probed) {
   const Value::List* list = valueAt(probed, "streams").list();
   const auto isMap = [](const Value& stream) { return stream.map() != nullptr; };
   return list != nullptr && std::all_of(list->begin(), list->end(), isMap) ? *list : none;
+}
+
+/// The engine turns by the display matrix only; a tag "rotate" without one has no effect.
+double rotationOf(const Value& video) {
+  if (const Value::List* entries = video["side_data_list"].list()) {
+    for (const Value& entry : *entries) {
+      if (const auto degrees = entry["rotation"].number()) {
+        return *degrees;
+      }
+    }
+  }
+  return 0;
+}
+
+/// Other angles than quarter turns turn the picture within a frame that stays as it is.
+bool liesOnItsSide(const Value& video) {
+  constexpr double quarterTurn = 90;
+  constexpr double halfTurn = 180;
+  constexpr double tolerance = 1;  // the engine's own
+  const double rest = std::abs(std::remainder(rotationOf(video), halfTurn));
+  return quarterTurn - rest < tolerance;
 }
 
 }  // namespace
@@ -57,10 +80,17 @@ bool hasAudio(const Value::Map& probed) {
   return !firstStream(probed, "audio").isNull();
 }
 
-std::optional<FrameSize> frameSize(const Value::Map& probed) {
+FrameSides frameSides(const Value::Map& probed) {
   const Value& video = firstStream(probed, "video");
-  const auto width = video["width"].integer();
-  const auto height = video["height"].integer();
+  FrameSides sides = {video["width"].integer(), video["height"].integer()};
+  if (liesOnItsSide(video)) {
+    std::swap(sides.width, sides.height);
+  }
+  return sides;
+}
+
+std::optional<FrameSize> frameSize(const Value::Map& probed) {
+  const auto [width, height] = frameSides(probed);
   return width && height ? std::optional(FrameSize{*width, *height}) : std::nullopt;
 }
 

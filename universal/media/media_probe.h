@@ -17,6 +17,12 @@ struct FrameSize {
   std::int64_t height = 0;
 };
 
+/// Pixels; a side is absent when the file does not say.
+struct FrameSides {
+  std::optional<std::int64_t> width;
+  std::optional<std::int64_t> height;
+};
+
 /// Runs ffprobe for at most 30 seconds.
 /// @return the members "format" and "streams" as it prints them; none when it prints no JSON
 /// object.
@@ -30,7 +36,11 @@ struct FrameSize {
 /// @return the first stream of that type, as it was printed; null when there is none.
 [[nodiscard]] const Value& firstStream(const Value::Map& probed, std::string_view type);
 
-/// @return the size of the first video stream; nullopt when there is none or it does not say.
+/// The frame of the first video stream as it is seen and as filters get it: the engine turns a film
+/// that is to be shown turned before it filters it.
+[[nodiscard]] FrameSides frameSides(const Value::Map& probed);
+
+/// @return frameSides() when both are known.
 [[nodiscard]] std::optional<FrameSize> frameSize(const Value::Map& probed);
 
 }  // namespace tolvane::UniversalEngine

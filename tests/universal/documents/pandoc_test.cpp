@@ -11,6 +11,7 @@
 #include "platform/files/file_system.h"
 #include "platform/images/image_encoder.h"
 #include "platform/text/base64.h"
+#include "platform/text/rich_text.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/pictures.h"
 #include "tests/support/universal_fixture.h"
@@ -70,6 +71,14 @@ TEST_F(PandocTest, RunsInItsSandbox) {
       runsOf("pandoc"),
       ElementsAre(ElementsAre(
           "--sandbox", "--from=html", "--to=plain", "/in/a.html", "-o", output().string())));
+}
+
+TEST_F(PandocTest, WritesWholeRichTextDocuments) {
+  convert("markdown", "rtf", folder_.write("a.md", "# Größe\n\nTwo *words*.\n"));
+  const std::string written = contentOf(output());
+  EXPECT_THAT(written, ::testing::StartsWith("{\\rtf1"));
+  EXPECT_THAT(RichText::plainText(written).value_or(""),
+              AllOf(HasSubstr("Größe\n"), HasSubstr("Two words.")));
 }
 
 TEST_F(PandocTest, KeepsTheSandboxWhereItCanWritePackages) {

@@ -68,6 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
                           "maxDimension", 16'385, "Maxdimension must be between 0.0 and 16384.0."},
                       RefusalCase{"x", std::nan(""), "X must be between 0.0 and 16384.0."},
                       RefusalCase{"x", "inf", "X must be between 0.0 and 16384.0."},
+                      RefusalCase{"x", "1e400", "X must be between 0.0 and 16384.0."},
                       RefusalCase{"x", 20'000.5, "X must be between 0.0 and 16384.0."},
                       RefusalCase{"width", "12.5", "Width must be a whole number."}));
 

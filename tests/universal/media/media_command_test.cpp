@@ -16,6 +16,14 @@ const Value::List film = {picture, sound};
 const Value::List silentFilm = {picture};
 const Value::List song = {sound};
 
+/// A film of 320 x 240 that is to be shown turned.
+Value::List turnedBy(const Value& degrees) {
+  Value::Map stream = *picture.map();
+  stream["side_data_list"] = Value::List{Value::Map{{"side_data_type", "CPB properties"}},
+                                         Value::Map{{"rotation", degrees}}};
+  return {stream};
+}
+
 struct Request {
   std::string_view target;
   std::optional<std::string_view> tool = std::nullopt;
@@ -123,6 +131,9 @@ INSTANTIATE_TEST_SUITE_P(
         CommandCase{"crop up to the edges",
                     {"mp4", "crop", {{"x", 20}, {"y", "40"}, {"width", 300}, {"height", 200.0}}},
                     "-vf crop=300:200:20:40 " + asMp4},
+        CommandCase{"crop of a turned film",
+                    {"mp4", "crop", {{"x", 140}, {"y", 220}}, turnedBy(-90)},
+                    "-vf crop=100:100:140:220 " + asMp4},
         CommandCase{"redact, odd",
                     {"mp4", "redact", {{"x", 1}, {"width", 101}}},
                     "-vf drawbox=x=1:y=0:w=101:h=100:color=black:t=fill " + asMp4},
@@ -203,6 +214,11 @@ INSTANTIATE_TEST_SUITE_P(
         RefusalCase{{"m4a", "trim", {}, Value::List{sound, "no stream"}}, noSound},
         RefusalCase{{"mp4", "crop", {{"x", 221}}}, outside},
         RefusalCase{{"mp4", "redact", {{"y", 140}, {"height", 101}}}, outside},
+        RefusalCase{{"mp4", "crop", {{"x", 141}}, turnedBy(90)}, outside},
+        RefusalCase{{"mp4", "redact", {{"x", 141}}, turnedBy(-270)}, outside},
+        RefusalCase{{"mp4", "redact", {{"y", 221}}, turnedBy(-89.5)}, outside},
+        RefusalCase{{"mp4", "redact", {{"y", 141}}, turnedBy(180)}, outside},
+        RefusalCase{{"mp4", "redact", {{"y", 141}}, turnedBy(45)}, outside},
         RefusalCase{{"mp4", "crop", {}, song}, outside},
         RefusalCase{{"mp4", "crop", {}, Value::List{Value::Map{{"codec_type", "video"}}, picture}},
                     outside},

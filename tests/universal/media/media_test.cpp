@@ -2,6 +2,8 @@
 
 #include <ostream>
 
+#include "platform/images/image_decoder.h"
+#include "tests/support/failure_text.h"
 #include "tests/universal/media/media_fixture.h"
 #include "universal/media/media_tools.h"
 
@@ -137,6 +139,31 @@ TEST_F(MediaTest, KeepsSilentFilmsSilent) {
   const FileInfo input = silentFilm();
   EXPECT_EQ(contentAfter("compress", input).streams, "h264 160x120");
   EXPECT_EQ(contentAfter("speed", input).streams, "h264 160x120");
+}
+
+TEST_F(MediaTest, HidesAndKeepsWhatIsSeenOfATurnedFilm) {
+  make("flat.mp4", "-f lavfi -i color=white:size=160x120:rate=10:duration=0.5 -pix_fmt yuv420p");
+  const FileInfo turned = make("turned.mp4", "-i flat.mp4 -c copy -metadata:s:v rotate=90");
+  const Value::Map bottom = {{"x", 0}, {"y", 130}, {"width", 120}, {"height", 30}};
+  const auto cropped = UniversalEngine::mediaTool(turned, "crop", bottom, context_);
+  EXPECT_EQ(described(cropped.front()).streams, "h264 120x30");
+
+  const auto redacted = UniversalEngine::mediaTool(turned, "redact", bottom, context_);
+  const fs::path still = context_.workspace / "still.png";
+  context_.run("ffmpeg",
+               {"-v", "error", "-i", redacted.front().string(), "-frames:v", "1", still.string()},
+               60);
+  const Bitmap seen = imageDecoder().decode(still, 160);
+  ASSERT_EQ(seen.height, 160);
+  const auto brightness = [&seen](int y) { return seen.row(y)[180]; };
+  EXPECT_LT(brightness(135), 40);
+  EXPECT_LT(brightness(155), 40);
+  EXPECT_GT(brightness(120), 215);
+
+  const Value::Map outside = {{"x", 100}, {"y", 0}, {"width", 60}, {"height", 60}};
+  EXPECT_EQ(support::failureText(
+                [&] { return UniversalEngine::mediaTool(turned, "redact", outside, context_); }),
+            "The rectangle must fit within the video frame.");
 }
 
 TEST_F(MediaTest, TakesShortAndUnevenlyTimedFilms) {

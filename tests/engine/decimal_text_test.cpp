@@ -38,11 +38,36 @@ INSTANTIATE_TEST_SUITE_P(Numbers,
                                            FormatCase{0.1 + 0.2, "0.30000000000000004"},
                                            FormatCase{0.00005, "5e-05"}));
 
+struct ParseCase {
+  const char* text;
+  double expected;
+};
+
+void PrintTo(const ParseCase& c, std::ostream* out) {
+  *out << c.text;
+}
+
+class DecimalParseTest : public ::testing::TestWithParam<ParseCase> {};
+
+TEST_P(DecimalParseTest, IsTheNearestNumber) {
+  EXPECT_EQ(DecimalText::parse(GetParam().text), GetParam().expected);
+}
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+INSTANTIATE_TEST_SUITE_P(Texts,
+                         DecimalParseTest,
+                         ::testing::Values(ParseCase{"12", 12},
+                                           ParseCase{"+1e3", 1000},
+                                           ParseCase{"inf", infinity},
+                                           ParseCase{"1e400", infinity},
+                                           ParseCase{"+1.5e99999", infinity},
+                                           ParseCase{"-1e400", -infinity},
+                                           ParseCase{"1e-400", 0},
+                                           ParseCase{"-2.5e-99999", 0}));
+
 TEST(DecimalTextTest, ParsesWholeTextsOnly) {
-  EXPECT_EQ(DecimalText::parse("12"), 12.0);
-  EXPECT_EQ(DecimalText::parse("+1e3"), 1000.0);
-  EXPECT_EQ(DecimalText::parse("inf"), std::numeric_limits<double>::infinity());
-  for (const char* text : {"", "abc", "1.5 ", " 1", "1,5", "+-1", "0x10", "1.5s"}) {
+  for (const char* text : {"", "abc", "1.5 ", " 1", "1,5", "+-1", "0x10", "1.5s", "1e400s"}) {
     EXPECT_FALSE(DecimalText::parse(text)) << text;
   }
 }
