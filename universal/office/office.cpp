@@ -7,6 +7,7 @@
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
+#include "universal/office/office_profile.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -53,8 +54,7 @@ std::string resultName(const fs::path& input, std::string_view target) {
 std::vector<std::string> argumentsFor(const fs::path& input,
                                       std::string_view target,
                                       const fs::path& folder,
-                                      const fs::path& workspace) {
-  const fs::path profile = fs::absolute(workspace / "lo-profile");
+                                      const fs::path& profile) {
   std::vector<std::string> arguments = {"-env:UserInstallation=" + FileNames::localAddress(profile),
                                         "--headless",
                                         "--nologo",
@@ -76,7 +76,9 @@ void office(const fs::path& input,
             const JobContext& context) {
   const fs::path folder = context.freshFile("office-", "");
   FileSystem::createDirectory(folder, ownerOnly);
-  context.run("soffice", argumentsFor(input, target, folder, context.workspace), timeout);
+  const fs::path profile = fs::absolute(context.workspace / "lo-profile");
+  makeOfficeProfile(profile);
+  context.run("soffice", argumentsFor(input, target, folder, profile), timeout);
   const fs::path result = folder / resultName(input, target);
   std::error_code ignored;
   if (!fs::exists(result, ignored)) {
