@@ -208,6 +208,14 @@ void move(const fs::path& from, const fs::path& to) {
   }
 }
 
+void copy(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+  if (error) {
+    throw PlatformError::fromErrno("copy", from, error.value());
+  }
+}
+
 void removeQuietly(const fs::path& path) noexcept {
   std::error_code ignored;
   fs::remove_all(path, ignored);

@@ -49,6 +49,9 @@ void createDirectory(const std::filesystem::path& path, unsigned mode);
 /// Renames a file within its file system; replaces a file of that name.
 void move(const std::filesystem::path& from, const std::filesystem::path& to);
 
+/// Copies a file with its permissions, also to another file system; replaces a file of that name.
+void copy(const std::filesystem::path& from, const std::filesystem::path& to);
+
 /// Removes a file or a whole tree; whatever cannot be removed is left.
 void removeQuietly(const std::filesystem::path& path) noexcept;
 

@@ -7,6 +7,9 @@
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
+#include "platform/text/text_encoding.h"
+#include "universal/office/office_profile.h"
+#include "universal/toolchain/temporary_ground.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -53,8 +56,7 @@ std::string resultName(const fs::path& input, std::string_view target) {
 std::vector<std::string> argumentsFor(const fs::path& input,
                                       std::string_view target,
                                       const fs::path& folder,
-                                      const fs::path& workspace) {
-  const fs::path profile = fs::absolute(workspace / "lo-profile");
+                                      const fs::path& profile) {
   std::vector<std::string> arguments = {"-env:UserInstallation=" + FileNames::localAddress(profile),
                                         "--headless",
                                         "--nologo",
@@ -68,22 +70,55 @@ std::vector<std::string> argumentsFor(const fs::path& input,
   return arguments;
 }
 
+/// @return the result, in a folder of its own in the workspace.
+fs::path exported(const fs::path& input, std::string_view target, const JobContext& context) {
+  const fs::path folder = context.freshFile("office-", "");
+  FileSystem::createDirectory(folder, ownerOnly);
+  const fs::path profile = fs::absolute(context.workspace / "lo-profile");
+  makeOfficeProfile(profile);
+  context.run("soffice", argumentsFor(input, target, folder, profile), timeout);
+  fs::path result = folder / resultName(input, target);
+  std::error_code ignored;
+  if (!fs::exists(result, ignored)) {
+    throw ConversionFailure::message(
+        "The office engine could not export this file. It may be encrypted or unsupported.");
+  }
+  return result;
+}
+
+/// Whether the suite understands a path: it ends the name of a folder at a semicolon and knows no
+/// names but those in UTF-8.
+bool isUnderstood(const fs::path& path) {
+  const std::string& name = path.native();
+  return name.find(';') == std::string::npos && TextEncoding::isUtf8(asBytes(name));
+}
+
+/// As office(), by way of a folder whose path the suite understands. Its input is copied, because a
+/// link may lead to where the suite cannot look.
+void exportElsewhere(const fs::path& input,
+                     std::string_view target,
+                     const fs::path& output,
+                     const JobContext& context) {
+  const TemporaryGround ground("tolvane-office");
+  const fs::path name = input.filename();
+  const fs::path copy =
+      ground.path() /
+      (isUnderstood(name) ? name : fs::path("document." + FileNames::extension(input)));
+  FileSystem::copy(input, copy);
+  FileSystem::copy(exported(copy, target, context.in(ground.path())), output);
+}
+
 }  // namespace
 
 void office(const fs::path& input,
             std::string_view target,
             const fs::path& output,
             const JobContext& context) {
-  const fs::path folder = context.freshFile("office-", "");
-  FileSystem::createDirectory(folder, ownerOnly);
-  context.run("soffice", argumentsFor(input, target, folder, context.workspace), timeout);
-  const fs::path result = folder / resultName(input, target);
-  std::error_code ignored;
-  if (!fs::exists(result, ignored)) {
-    throw ConversionFailure::message(
-        "The office engine could not export this file. It may be encrypted or unsupported.");
+  if (isUnderstood(input) && isUnderstood(context.workspace)) {
+    FileSystem::move(exported(input, target, context), output);
+  } else {
+    exportElsewhere(input, target, output, context);
   }
-  FileSystem::move(result, output);
 }
 
 }  // namespace tolvane::UniversalEngine

@@ -157,6 +157,22 @@ TEST_F(OfficeTest, ReadsDelimitedTextAsUtf8) {
   EXPECT_EQ(contentOf(output()), "\"a\",\"b, c\",\"ä\"\n1,2,3\n");
 }
 
+TEST_F(OfficeTest, ReadsAndWritesUnderNamesThatTheSuiteDoesNotUnderstand) {
+  const fs::path plain = folder_.write("a.csv", "a,b\n");
+  for (const char* name : {"semi;colon", "latin \xE9"}) {
+    const fs::path folder = workspace() / name;
+    fs::create_directory(folder);
+    office(plain, "tsv", folder / "plain.tsv", withEngines().in(folder));
+    EXPECT_EQ(contentOf(folder / "plain.tsv"), "\"a\"\t\"b\"\n");
+    const fs::path odd = folder / (std::string(name) + ".csv");
+    fs::copy_file(plain, odd);
+    office(odd, "tsv", output(), withEngines());
+    EXPECT_EQ(contentOf(output()), "\"a\"\t\"b\"\n");
+  }
+  EXPECT_EQ(failureOf("/in/semi;colon.odt", withEngines()),
+            "Could not copy /in/semi;colon.odt: No such file or directory.");
+}
+
 TEST_F(OfficeTest, ConvertsAPageWithRemotePicturesWithoutFetchingThem) {
   const fs::path page = folder_.write(
       "a.html",
