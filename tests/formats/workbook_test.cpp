@@ -88,6 +88,7 @@ TEST_F(WorkbookTest, OpensInTheOfficeSuiteWithEveryCellAsItWas) {
   Table rows = {{"plain", "a<b> & \"c\" 'd'", "  spaces  ", "tab\there"},
                 {"", "", "after empty cells", "=1+1"},
                 {"form\ffeed", "\x01", "_x000C_", "_x_"},
+                {"\uFFFE\uFFFF", "a\uFFFEb", "_xFFFF_", "\uFFFD\uFF21\uFFE5"},
                 {"007", "1,5", "2024-01-02", "1e5"},
                 {"line\nbreak", "日本語", "👨‍👩‍👧 👍🏽", "שלום עולם"},
                 {"\"quoted\"", "café e\u0301", "'apostrophe", "]]>"}};
