@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "platform/images/image_decoder.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/pictures.h"
 #include "tests/support/universal_fixture.h"
 #include "universal/images/engine_path.h"
@@ -16,6 +17,8 @@ namespace tolvane::UniversalEngine {
 namespace {
 
 namespace fs = std::filesystem;
+
+using support::failureText;
 
 constexpr int anySize = 16384;
 
@@ -153,6 +156,76 @@ TEST_F(ImageResultsTest, ShowsWhiteThroughWhereAFormatHasNoTransparency) {
   const Bitmap red = decoded(run(clear, "background", {{"color", "#ff0000"}}));
   EXPECT_EQ(pixelAt(red, 0, 0), Bytes({255, 0, 0}));
 }
+
+/// @param content shown over red.
+std::string svg(const std::string& content) {
+  return R"(<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" )"
+         R"(width="40" height="30"><rect width="40" height="20" fill="#ff0000"/>)" +
+         content + "</svg>";
+}
+
+TEST_F(ImageResultsTest, DrawsSvg) {
+  for (const std::string name : {"a.svg", "50% [x].SVG"}) {
+    const fs::path file = folder_.write(name, svg(""));
+    image(file, workspace() / "result.png", {}, {}, withEngines());
+    const Bitmap drawn = decoded(workspace() / "result.png");
+    ASSERT_EQ(drawn.width, 40);
+    ASSERT_EQ(drawn.height, 30);
+    EXPECT_EQ(pixelAt(drawn, 2, 2), Bytes({255, 0, 0}));
+    EXPECT_EQ(pixelAt(drawn, 37, 17), Bytes({255, 0, 0}));
+    ASSERT_EQ(drawn.layout, PixelLayout::rgba);
+    EXPECT_EQ(drawn.row(25)[3], 0);  // clear where nothing is drawn
+    const Value::Map area = {{"x", 0}, {"y", 0}, {"width", 10}, {"height", 10}};
+    EXPECT_EQ(pixelAt(decoded(run(file, "redact", area)), 5, 5), Bytes(3, 0));
+  }
+  image(folder_.write("a.svg", svg("")), workspace() / "result.jpg", {}, {}, withEngines());
+  EXPECT_GE(pixelAt(decoded(workspace() / "result.jpg"), 5, 27).at(1), 250);
+}
+
+class IntruderTest : public ImageResultsTest,
+                     public ::testing::WithParamInterface<std::pair<const char*, const char*>> {};
+
+TEST_P(IntruderTest, ShowsNoFileOfThisMachine) {
+  fs::copy_file(picture("blue.png", {"-fill", "blue", "-colorize", "100"}), folder_ / "secret.png");
+  const auto& [name, pattern] = GetParam();
+  std::string content = pattern;
+  for (std::size_t at = 0; (at = content.find("DIR")) != std::string::npos;) {
+    content.replace(at, 3, folder_.path().string());
+  }
+  const bool isSvg = content.starts_with('<');
+  const fs::path file = folder_.write(name, isSvg ? svg(content) : content);
+  const fs::path output = workspace() / "result.png";
+  const std::string failure = failureText([&] {
+    image(file, output, {}, {}, withEngines());
+    return 0;
+  });
+  // Either nothing is drawn, or only what the picture itself holds.
+  if (fs::exists(output)) {
+    EXPECT_EQ(pixelAt(decoded(output), 5, 5), Bytes({255, 0, 0})) << failure;
+  } else {
+    EXPECT_THAT(failure, ::testing::HasSubstr("magick could not process this file"));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Pictures,
+    IntruderTest,
+    ::testing::Values(
+        std::pair{"a.svg", R"(<image width="20" height="20" xlink:href="DIR/secret.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="DIR/secret.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="../secret.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="file://DIR/secret.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="http://127.0.0.1:9/a.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="png:DIR/secret.png"/>)"},
+        std::pair{"a.svg", R"(<image width="20" height="20" href="@DIR/secret.png"/>)"},
+        std::pair{"a.svg", R"(<rect width="20" height="20" fill='url(DIR/secret.png)'/>)"},
+        std::pair{"a.svg",
+                  R"(<g font-family="x&quot; image Over 0,0 20,20 'DIR/secret.png'"><text/></g>)"},
+        std::pair{"a.mvg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
+        std::pair{"a.svg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
+        std::pair{"a.png",
+                  "push graphic-context\nviewbox 0 0 40 30\n"
+                  "image Over 0,0 20,20 'DIR/secret.png'\npop graphic-context\n"}));
 
 TEST_F(ImageResultsTest, DrawsTheTextAtItsPlaceInItsColor) {
   const fs::path dark =

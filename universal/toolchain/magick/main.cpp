@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -25,10 +26,11 @@ std::string policyFolder() {
   return (folder / "magick").string();
 }
 
-bool endsInAvif(std::string_view file) {
-  constexpr std::string_view extension = ".avif";
+bool hasExtension(std::string_view file, std::string_view extension) {
   return file.size() > extension.size() &&
-         ::strcasecmp(file.substr(file.size() - extension.size()).data(), extension.data()) == 0;
+         ::strncasecmp(file.substr(file.size() - extension.size()).data(),
+                       extension.data(),
+                       extension.size()) == 0;
 }
 
 /// Those of this process and constants; a null at the end.
@@ -47,7 +49,7 @@ void flattenAvif(Arguments& arguments) {
   static std::array<std::string, 6> flattening = {
       "-background", "white", "-alpha", "remove", "-alpha", "off"};
   const auto output = arguments.end() - 2;
-  if (endsInAvif(*output)) {
+  if (hasExtension(*output, ".avif")) {
     insert(arguments, output, flattening);
   }
 }
@@ -72,7 +74,47 @@ void prepareTurned(Arguments& arguments) {
 struct Invocation {
   std::string program;
   Arguments arguments;
+  std::string policyFolders = policyFolder();
 };
+
+/// @return the picture that is read, which follows the limits; the end when there is none.
+Arguments::iterator inputOf(Arguments& arguments) {
+  constexpr std::ptrdiff_t limitLength = 3;
+  const auto output = arguments.end() - 2;
+  auto place = arguments.begin() + 1;
+  while (output - place > limitLength && *place == std::string_view("-limit")) {
+    place += limitLength;
+  }
+  return place < output ? place : arguments.end();
+}
+
+bool becomesStandardInput(const std::string& file) {
+  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool isOpen = descriptor >= 0 && ::dup2(descriptor, STDIN_FILENO) >= 0;
+  if (descriptor > STDIN_FILENO) {
+    ::close(descriptor);
+  }
+  return isOpen;
+}
+
+/// Version 6 hands SVG to other programs, which are banned. Its own reader draws what files the
+/// picture names, too; so it has a policy under which it opens none, not even the picture.
+void drawSvg(Invocation& invocation) {
+  static std::array<std::string, 3> drawing = {"-background", "none", "msvg:-[0]"};
+  constexpr std::string_view firstOnly = "[0]";
+  const auto input = inputOf(invocation.arguments);
+  if (input == invocation.arguments.end()) {
+    return;
+  }
+  std::string file = *input;
+  if (file.ends_with(firstOnly)) {
+    file.resize(file.size() - firstOnly.size());
+  }
+  if (hasExtension(file, ".svg") && becomesStandardInput(file)) {
+    insert(invocation.arguments, invocation.arguments.erase(input), drawing);
+    invocation.policyFolders += ":" + policyFolder() + "/svg";
+  }
+}
 
 Invocation translated(Arguments arguments) {
   const std::string_view tool = arguments.size() > 2 ? arguments[1] : "";
@@ -82,7 +124,9 @@ Invocation translated(Arguments arguments) {
   }
   prepareTurned(arguments);
   flattenAvif(arguments);
-  return {"/usr/bin/convert-im6.q16", std::move(arguments)};
+  Invocation conversion = {"/usr/bin/convert-im6.q16", std::move(arguments)};
+  drawSvg(conversion);
+  return conversion;
 }
 
 }  // namespace
@@ -90,8 +134,8 @@ Invocation translated(Arguments arguments) {
 int main(int count, char** arguments) {
   constexpr int cannotRun = 127;
   constexpr int keep = 0;  // the caller's own choice of a policy
-  ::setenv("MAGICK_CONFIGURE_PATH", policyFolder().c_str(), keep);
   const Invocation invocation = translated({arguments, arguments + count + 1});
+  ::setenv("MAGICK_CONFIGURE_PATH", invocation.policyFolders.c_str(), keep);
   ::execv(invocation.program.c_str(), invocation.arguments.data());
   std::perror(invocation.program.c_str());
   return cannotRun;
