@@ -88,7 +88,8 @@ std::string textLayer(PdfDocument& document, int page) {
 std::string recognizedText(NativeJob& job, PdfDocument& document, int page, Bitmap& bitmap) {
   render(document, page, renderingScale, bitmap);
   const int dotsPerInch = static_cast<int>(renderingScale * pointsPerInch);
-  const std::vector<std::string> lines = textRecognizer().lines(bitmap, dotsPerInch);
+  const std::vector<std::string> lines =
+      textRecognizer().lines(bitmap, dotsPerInch, [&job] { return job.token.isCancelled(); });
   job.token.check();
   return fmt::format("{}", fmt::join(lines, "\n"));
 }

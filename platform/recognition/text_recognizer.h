@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,12 @@ class TextRecognizer {
   /// The recognised lines in reading order, without line ends and never empty.
   /// @param dotsPerInch resolution of the picture; 144 for a page rendered at scale 2. An unknown
   /// one is estimated from the height of the lines.
+  /// @param isStopped asked, in the calling thread, before each line is recognised; once it says
+  /// yes, nothing more is and the result is empty. May be empty; does not throw.
   /// @throws PlatformError when no language data is installed or recognition fails.
-  [[nodiscard]] virtual std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) = 0;
+  [[nodiscard]] virtual std::vector<std::string> lines(const Bitmap& picture,
+                                                       int dotsPerInch,
+                                                       const std::function<bool()>& isStopped) = 0;
 };
 
 /// Loads the library and the language data at its first use: every language that is installed,

@@ -65,30 +65,38 @@ const std::vector<std::string>& expectedLines() {
 
 TEST(TextRecognizerTest, ReadsEveryLayout) {
   const Bitmap drawn = page();
-  EXPECT_EQ(textRecognizer().lines(drawn, resolution), expectedLines());
+  EXPECT_EQ(textRecognizer().lines(drawn, resolution, {}), expectedLines());
   const Bitmap grey = inLayout(drawn, PixelLayout::grey, {0}, {255});
-  EXPECT_EQ(textRecognizer().lines(grey, resolution), expectedLines());
+  EXPECT_EQ(textRecognizer().lines(grey, resolution, {}), expectedLines());
   const Bitmap blueOnYellow = inLayout(drawn, PixelLayout::rgb, {0, 0, 120}, {255, 255, 180});
-  EXPECT_EQ(textRecognizer().lines(blueOnYellow, resolution), expectedLines());
+  EXPECT_EQ(textRecognizer().lines(blueOnYellow, resolution, {}), expectedLines());
   const Bitmap overNothing = inLayout(drawn, PixelLayout::rgba, {0, 0, 0, 255}, {0, 0, 0, 0});
-  EXPECT_EQ(textRecognizer().lines(overNothing, resolution), expectedLines());
+  EXPECT_EQ(textRecognizer().lines(overNothing, resolution, {}), expectedLines());
 }
 
 TEST(TextRecognizerTest, FindsNothingOnABlankPage) {
   Bitmap blank{300, 200, PixelLayout::grey, Bytes(60000, 255)};
-  EXPECT_TRUE(textRecognizer().lines(blank, resolution).empty());
+  EXPECT_TRUE(textRecognizer().lines(blank, resolution, {}).empty());
+}
+
+TEST(TextRecognizerTest, StopsWhenTold) {
+  int asked = 0;
+  const auto stopsAtTheSecondLine = [&asked] { return ++asked == 2; };
+  EXPECT_TRUE(textRecognizer().lines(page(), resolution, stopsAtTheSecondLine).empty());
+  EXPECT_EQ(asked, 2);
+  EXPECT_EQ(textRecognizer().lines(page(), resolution, [] { return false; }), expectedLines());
 }
 
 TEST(TextRecognizerTest, RefusesIncompletePictures) {
   const Bitmap cut{300, 200, PixelLayout::bgrx, Bytes(100)};
-  EXPECT_THROW((void)textRecognizer().lines(cut, resolution), PlatformError);
+  EXPECT_THROW((void)textRecognizer().lines(cut, resolution, {}), PlatformError);
 }
 
 /// Prints the failure and nothing else, in a process of its own.
 [[noreturn]] void recognizeWithoutData(const std::string& folder) {
   ::setenv("TESSDATA_PREFIX", folder.c_str(), 1);
   try {
-    (void)textRecognizer().lines(page(), resolution);
+    (void)textRecognizer().lines(page(), resolution, {});
   } catch (const PlatformError& error) {
     std::cerr << error.what();
     std::_Exit(3);

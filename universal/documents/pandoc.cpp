@@ -30,7 +30,7 @@ bool isPackaged(std::string_view writer) {
   return std::find(packagedWriters.begin(), packagedWriters.end(), writer) != packagedWriters.end();
 }
 
-struct Conversion {
+struct PandocRun {
   std::string_view reader;
   std::string_view writer;
   const fs::path& input;
@@ -38,22 +38,22 @@ struct Conversion {
 };
 
 /// @param options what stands in front of the others.
-Arguments argumentsFor(Arguments options, const Conversion& conversion) {
+Arguments argumentsFor(Arguments options, const PandocRun& wanted) {
   options.insert(options.end(),
-                 {"--from=" + std::string(conversion.reader),
-                  "--to=" + std::string(conversion.writer),
-                  conversion.input.string(),
+                 {"--from=" + std::string(wanted.reader),
+                  "--to=" + std::string(wanted.writer),
+                  wanted.input.string(),
                   "-o",
-                  conversion.output.string()});
-  if (conversion.writer == "rtf") {
+                  wanted.output.string()});
+  if (wanted.writer == "rtf") {
     // Otherwise it is a fragment without the header, which no word processor opens.
     options.emplace_back("--standalone");
   }
   return options;
 }
 
-void run(const JobContext& context, Arguments options, const Conversion& conversion) {
-  context.run("pandoc", argumentsFor(std::move(options), conversion), timeout);
+void run(const JobContext& context, Arguments options, const PandocRun& wanted) {
+  context.run("pandoc", argumentsFor(std::move(options), wanted), timeout);
 }
 
 /// Some builds of pandoc cannot reach their own parts from inside of their sandbox. That shows only
@@ -76,42 +76,41 @@ bool canWriteInSandbox(const JobContext& context, std::string_view writer) {
   return isWritten;
 }
 
-fs::path writeFilter(const JobContext& context,
-                     RelativePictures relative,
-                     std::string_view ownPrefix) {
-  fs::path filter = context.freshFile("filter-", ".lua");
+/// @return the option that names the filter: relative to the current directory, because pandoc
+/// finds no filter in a folder whose name is not UTF-8.
+std::string writeFilter(const JobContext& context,
+                        RelativePictures relative,
+                        std::string_view ownPrefix) {
+  const fs::path filter = context.freshFile("filter-", ".lua");
   FileSystem::writeAtomically(filter, asBytes(pictureFilter(relative, ownPrefix)));
-  return filter;
+  return "--lua-filter=" + filter.filename().string();
 }
 
 /// For documents that hold their pictures. Their text and pictures cannot be read apart.
-void convertContainer(const JobContext& context, const Conversion& conversion) {
-  const fs::path filter = writeFilter(context, RelativePictures::kept, "");
-  run(context, {"--lua-filter=" + filter.string()}, conversion);
+void convertContainer(const JobContext& context, const PandocRun& wanted) {
+  run(context, {writeFilter(context, RelativePictures::kept, "")}, wanted);
 }
 
 /// For Markdown and HTML. They are read, and rid of what they do not hold, in the sandbox: the docx
 /// writer opens every file that is named before a filter of its own run sees it, and gives up when
 /// one is missing.
-void convertText(const JobContext& context, const Conversion& conversion) {
+void convertText(const JobContext& context, const PandocRun& wanted) {
   const fs::path folder = context.freshFile("pandoc-", "");
   FileSystem::createDirectory(folder, ownerOnly);
   // Named like the input, which gives a document without a title its name.
-  const fs::path parsed = folder / conversion.input.filename();
+  const fs::path parsed = folder / wanted.input.filename();
   const std::string ownPrefix = folder.filename().string() + "/picture-";
-  const fs::path filter = writeFilter(context, RelativePictures::dropped, ownPrefix);
-  fs::path text = conversion.input;
-  if (conversion.reader == "markdown") {
+  const std::string filter = writeFilter(context, RelativePictures::dropped, ownPrefix);
+  fs::path text = wanted.input;
+  if (wanted.reader == "markdown") {
     const Bytes bytes = FileSystem::readAll(text);
     if (const auto lighter = movePicturesOut(asText(bytes), context.workspace, ownPrefix)) {
       text = context.freshFile("lighter-", ".md");
       FileSystem::writeAtomically(text, asBytes(*lighter));
     }
   }
-  run(context,
-      {sandbox, "--lua-filter=" + filter.string()},
-      {conversion.reader, "json", text, parsed});
-  run(context, {}, {"json", conversion.writer, parsed, conversion.output});
+  run(context, {sandbox, filter}, {wanted.reader, "json", text, parsed});
+  run(context, {}, {"json", wanted.writer, parsed, wanted.output});
 }
 
 }  // namespace
@@ -144,13 +143,13 @@ void pandoc(const JobContext& context,
             std::string_view writer,
             const fs::path& input,
             const fs::path& output) {
-  const Conversion conversion = {reader, writer, input, output};
+  const PandocRun wanted = {reader, writer, input, output};
   if (!isPackaged(writer) || canWriteInSandbox(context, writer)) {
-    run(context, {sandbox}, conversion);
+    run(context, {sandbox}, wanted);
   } else if (reader == "markdown" || reader == "html") {
-    convertText(context, conversion);
+    convertText(context, wanted);
   } else {
-    convertContainer(context, conversion);
+    convertContainer(context, wanted);
   }
 }
 

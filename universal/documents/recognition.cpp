@@ -13,8 +13,8 @@ namespace tolvane::UniversalEngine {
 
 std::string recognize(const Bitmap& picture, const CancellationToken& token) {
   token.check();
-  const std::vector<std::string> lines =
-      textRecognizer().lines(picture, TextRecognizer::unknownResolution);
+  const std::vector<std::string> lines = textRecognizer().lines(
+      picture, TextRecognizer::unknownResolution, [&token] { return token.isCancelled(); });
   token.check();
   if (lines.empty()) {
     throw ConversionFailure::message("No text was recognized. Try a clearer image.");

@@ -17,6 +17,7 @@ constexpr std::string_view pdf = "pdf";
 struct Export {
   const char* application;
   const char* format;
+  bool isWorkbook = false;  ///< the suite makes the result out of it
 };
 
 Export exportFor(std::string_view extension, std::string_view target) {
@@ -26,7 +27,7 @@ Export exportFor(std::string_view extension, std::string_view target) {
   if (extension == "key") {
     return {"Keynote", "PDF"};
   }
-  return {"Numbers", target == pdf ? "PDF" : "Microsoft Excel"};
+  return target == pdf ? Export{"Numbers", "PDF"} : Export{"Numbers", "Microsoft Excel", true};
 }
 
 /// The files are its arguments, so that no name needs an escape.
@@ -42,23 +43,18 @@ std::string scriptFor(const Export& wanted) {
          "end run";
 }
 
-bool isNumbers(std::string_view extension) {
-  return extension != "pages" && extension != "key";
-}
-
 }  // namespace
 
 void appleOffice(const FileInfo& info,
                  std::string_view target,
                  const fs::path& output,
                  const JobContext& context) {
-  const std::string extension = FileNames::lowerExtension(info.url);
-  const bool needsSuite = isNumbers(extension) && target != pdf;
-  const fs::path exported = needsSuite ? context.workspace / "numbers.xlsx" : output;
+  const Export wanted = exportFor(FileNames::lowerExtension(info.url), target);
+  const fs::path exported = wanted.isWorkbook ? context.workspace / "numbers.xlsx" : output;
   const fs::path script = context.workspace / "export.applescript";
-  FileSystem::writeAtomically(script, asBytes(scriptFor(exportFor(extension, target))));
+  FileSystem::writeAtomically(script, asBytes(scriptFor(wanted)));
   context.run("osascript", {script.string(), info.url.string(), exported.string()}, timeout);
-  if (needsSuite) {
+  if (wanted.isWorkbook) {
     office(exported, target, output, context);
   }
 }

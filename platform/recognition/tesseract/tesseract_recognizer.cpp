@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <omp.h>
@@ -10,6 +11,7 @@
 #include <vector>
 
 #include <tesseract/baseapi.h>
+#include <tesseract/ocrclass.h>
 #include <tesseract/resultiterator.h>
 
 #include "platform/files/platform_error.h"
@@ -102,6 +104,34 @@ std::vector<std::string> foundLines(Engine& engine) {
   return lines;
 }
 
+/// Lets the engine ask whether to go on.
+class StopSign {
+ public:
+  explicit StopSign(const std::function<bool()>& isStopped) : isStopped_(isStopped) {
+    if (isStopped_) {
+      monitor_.cancel = &StopSign::ask;
+      monitor_.cancel_this = this;
+    }
+  }
+  StopSign(const StopSign&) = delete;
+  StopSign& operator=(const StopSign&) = delete;
+
+  [[nodiscard]] tesseract::ETEXT_DESC* monitor() { return &monitor_; }
+  /// Whether the engine was told to stop.
+  [[nodiscard]] bool isUp() const { return isUp_; }
+
+ private:
+  static bool ask(void* self, int /*words*/) {
+    auto& sign = *static_cast<StopSign*>(self);
+    sign.isUp_ = sign.isUp_ || sign.isStopped_();
+    return sign.isUp_;
+  }
+
+  const std::function<bool()>& isStopped_;
+  bool isUp_ = false;
+  tesseract::ETEXT_DESC monitor_;
+};
+
 /// Engines that wait for work. They stay, because starting one takes longer than a short page.
 class EnginePool {
  public:
@@ -129,7 +159,9 @@ class EnginePool {
 
 class TesseractRecognizer final : public TextRecognizer {
  public:
-  std::vector<std::string> lines(const Bitmap& picture, int dotsPerInch) override {
+  std::vector<std::string> lines(const Bitmap& picture,
+                                 int dotsPerInch,
+                                 const std::function<bool()>& isStopped) override {
     // Its matrices are so small that sharing them between threads takes several times as long. It
     // asks for a number of threads itself, so that only the depth can be limited; the setting holds
     // for the calling thread.
@@ -142,10 +174,11 @@ class TesseractRecognizer final : public TextRecognizer {
                      bytesPerPixel(input.layout),
                      static_cast<int>(input.stride()));
     engine->SetSourceResolution(dotsPerInch);
-    const bool recognized = engine->Recognize(nullptr) == 0;
+    StopSign stop(isStopped);
+    const bool recognized = engine->Recognize(stop.monitor()) == 0 && !stop.isUp();
     std::vector<std::string> lines = recognized ? foundLines(*engine) : std::vector<std::string>();
     engines_.giveBack(std::move(engine));
-    if (!recognized) {
+    if (!recognized && !stop.isUp()) {
       throw PlatformError("The text of the page could not be recognized.");
     }
     return lines;

@@ -1,14 +1,20 @@
 #include "universal/dispatch/conversion.h"
 
+#include <chrono>
+#include <future>
 #include <map>
 #include <ostream>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_names.h"
+#include "platform/files/file_system.h"
 #include "platform/images/image_decoder.h"
+#include "platform/text/base64.h"
+#include "tests/support/eventually.h"
 #include "tests/support/pdf_builder.h"
 #include "tests/support/universal_job_fixture.h"
 
@@ -20,7 +26,6 @@ using support::contentOf;
 using ::testing::ElementsAreArray;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 /// A row of cells at fixed columns, 14 points below the last.
 std::string ruledRow(int row) {
@@ -206,11 +211,40 @@ TEST_F(ConversionTest, PagesWithoutTextAreRecognisedUnlessTheUserSaysNo) {
             "No text could be extracted or recognized.");
 }
 
-TEST_F(ConversionTest, LocalPicturesOfADocumentAreNotEmbedded) {
-  sources_.write("secret.md", "![](/etc/hostname)\n\n![](../secret.png)\n\nText\n");
-  run("convert.docx", {"secret.md"});
-  EXPECT_THAT(textOf("secret.docx"), HasSubstr("Text"));
-  EXPECT_THAT(textOf("secret.docx"), Not(HasSubstr(contentOf("/etc/hostname"))));
+TEST_F(ConversionTest, OnlyPicturesThatADocumentHoldsGetIntoIt) {
+  const support::TemporaryFolder elsewhere;
+  const fs::path secret = elsewhere / "secret.png";
+  fs::copy_file(*samples_ / "scan.png", secret);
+  const std::string held =
+      "data:image/png;base64," + Base64::encode(FileSystem::readAll(*samples_ / "scan.png"));
+  const auto hasPictures = [&](const std::string& name, const std::string& address) {
+    const bool isPage = name.ends_with(".html");
+    sources_.write(name,
+                   isPage ? "<p>Text</p><img src='" + address + "'>" : "![](" + address + ")");
+    const Names names = run("convert.docx", {name});
+    return contentOf(results_ / names.at(0)).find("word/media/") != std::string::npos;
+  };
+  for (const char* name : {"a.md", "b.html"}) {
+    EXPECT_FALSE(hasPictures(name, secret.string())) << name;
+    EXPECT_FALSE(hasPictures(name, fs::relative(secret, sources_.path()).string())) << name;
+    EXPECT_TRUE(hasPictures(name, held)) << name;
+  }
+}
+
+TEST_F(ConversionTest, AJobThatIsCancelledWhileAnEngineRunsLeavesNothing) {
+  std::string text;
+  for (int paragraph = 0; paragraph < 40'000; ++paragraph) {
+    text += "Some *words* and [a link](http://example.org/" + std::to_string(paragraph) + ").\n\n";
+  }
+  sources_.write("long.md", text);
+  const auto cancelling = std::async(std::launch::async, [this] {
+    EXPECT_TRUE(support::eventually([this] { return !results_.names().empty(); }));
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    token_.cancel();
+  });
+  EXPECT_EQ(failureOf("convert.html", {"long.md"}), "Cancelled. Your source files are unchanged.");
+  EXPECT_THAT(results_.names(), IsEmpty());
+  EXPECT_EQ(contentOf(sources_ / "long.md"), text);
 }
 
 TEST_F(ConversionTest, AFailedDocumentLeavesNothing) {

@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <future>
 #include <random>
 #include <string>
+#include <thread>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -36,6 +39,7 @@ using support::PdfBuilder;
 using ::testing::HasSubstr;
 
 constexpr const char* nothingRecognized = "No text was recognized. Try a clearer image.";
+constexpr const char* noFailure = "(no failure)";
 constexpr const char* nothingFound = "No text could be extracted or recognized.";
 
 class PdfReadingTest : public support::UniversalFixture {
@@ -131,6 +135,32 @@ TEST_F(PdfReadingTest, StopsWhenCancelled) {
   EXPECT_TRUE(cancels([&] { return pdfTable(file, withEngines()); }));
   EXPECT_TRUE(cancels([&] { return recognize(picture, token_); }));
   EXPECT_TRUE(cancels([&] { return recognize(file, token_); }));
+}
+
+TEST_F(PdfReadingTest, StopsInTheMiddleOfAPage) {
+  std::string dense;
+  for (int line = 0; line < 30; ++line) {
+    dense += fmt::format("BT /F1 9 Tf 40 {} Td ({}) Tj ET\n",
+                         780 - 12 * line,
+                         "the quick brown fox jumps over the lazy dog and many other animals, too");
+  }
+  const fs::path file = PdfBuilder().page({.drawing = dense}).write(folder_ / "dense.pdf");
+  Bitmap picture;
+  render(*pdfLibrary().open(file), 0, 2, picture);
+  (void)recognize(picture, token_);  // starts the engine
+  const auto secondsOf = [&] {
+    const auto start = std::chrono::steady_clock::now();
+    const std::string failure = failureText([&] { return recognize(picture, token_); });
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    EXPECT_EQ(failure, token_.isCancelled() ? ConversionFailure::cancelled().what() : noFailure);
+    return time.count();
+  };
+  const double complete = secondsOf();
+  const auto cancelling = std::async(std::launch::async, [&] {
+    std::this_thread::sleep_for(std::chrono::duration<double>(complete / 8));
+    token_.cancel();
+  });
+  EXPECT_LT(secondsOf(), complete / 2);
 }
 
 TEST_F(PdfReadingTest, RecognizesPictureFiles) {
