@@ -1,11 +1,9 @@
 #include "formats/subtitles.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -70,16 +68,6 @@ std::string_view firstWord(std::string_view text) {
   return text.substr(0, text.find(' '));
 }
 
-std::optional<std::int64_t> wholeNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
-  std::int64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
-}
-
 /// @return nullopt unless the text is [hours:]minutes:seconds.
 std::optional<Timestamp> parseTimestamp(std::string_view text) {
   std::string time(firstWord(text));
@@ -90,8 +78,9 @@ std::optional<Timestamp> parseTimestamp(std::string_view text) {
     return std::nullopt;
   }
   const std::optional<double> seconds = DecimalText::parse(pieces.back());
-  const std::optional<std::int64_t> minutes = wholeNumber(pieces[pieces.size() - 2]);
-  const std::optional<std::int64_t> hours = wholeNumber(pieces.size() == 3 ? pieces[0] : "0");
+  const std::optional<std::int64_t> minutes = DecimalText::parseWhole(pieces[pieces.size() - 2]);
+  const std::optional<std::int64_t> hours =
+      DecimalText::parseWhole(pieces.size() == 3 ? pieces[0] : "0");
   const bool isValid = seconds && *seconds >= 0 && *seconds < 60 && minutes && *minutes >= 0 &&
                        *minutes < 60 && hours && *hours >= 0;
   if (!isValid) {
