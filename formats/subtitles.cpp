@@ -64,8 +64,9 @@ std::vector<std::string_view> split(std::string_view text, std::string_view sepa
 }
 
 std::string_view firstWord(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  return text.substr(0, text.find(' '));
+  constexpr std::string_view space = " \t";
+  text.remove_prefix(std::min(text.find_first_not_of(space), text.size()));
+  return text.substr(0, text.find_first_of(space));
 }
 
 /// @return nullopt unless the text is [hours:]minutes:seconds.
@@ -104,6 +105,10 @@ std::optional<Cue> readCue(std::string_view block) {
   const std::size_t found = block.find(arrow);
   if (found == std::string_view::npos) {
     return std::nullopt;
+  }
+  // Only the last block has a line end at its end: that of its last line, not one more line.
+  if (block.ends_with('\n')) {
+    block.remove_suffix(1);
   }
   block.remove_prefix(block.substr(0, found).rfind('\n') + 1);
   const std::size_t lineEnd = block.find('\n');
