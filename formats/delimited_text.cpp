@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <iterator>
 #include <utility>
 
 #include "engine/primitives/conversion_failure.h"
@@ -13,7 +12,7 @@ namespace tolvane::UniversalFormats {
 
 namespace {
 
-constexpr std::size_t maxFinishedRows = 99'999;
+constexpr std::size_t maxRows = 100'000;
 constexpr std::size_t maxCellBytes = 999'999;
 constexpr char quote = '"';
 constexpr std::string_view lineEnd = "\r\n";
@@ -86,7 +85,7 @@ class DelimitedReader {
       ++position_;
     }
     finishRow();
-    require(rows_.size() <= maxFinishedRows);
+    require(rows_.size() < maxRows);
   }
 
   /// Adds the text up to `end` to the cell.
@@ -102,10 +101,11 @@ class DelimitedReader {
     cell_.clear();
   }
 
-  /// Moves the cells out, so that each finished row takes no more memory than it needs.
+  /// Each finished row takes no more memory than it needs.
   void finishRow() {
     finishCell();
-    rows_.emplace_back(std::make_move_iterator(row_.begin()), std::make_move_iterator(row_.end()));
+    row_.shrink_to_fit();
+    rows_.push_back(std::move(row_));
     row_.clear();
   }
 

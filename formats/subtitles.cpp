@@ -1,11 +1,9 @@
 #include "formats/subtitles.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -66,18 +64,9 @@ std::vector<std::string_view> split(std::string_view text, std::string_view sepa
 }
 
 std::string_view firstWord(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  return text.substr(0, text.find(' '));
-}
-
-std::optional<std::int64_t> wholeNumber(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
-  std::int64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && stop == end ? std::optional(number) : std::nullopt;
+  constexpr std::string_view space = " \t";
+  text.remove_prefix(std::min(text.find_first_not_of(space), text.size()));
+  return text.substr(0, text.find_first_of(space));
 }
 
 /// @return nullopt unless the text is [hours:]minutes:seconds.
@@ -90,8 +79,9 @@ std::optional<Timestamp> parseTimestamp(std::string_view text) {
     return std::nullopt;
   }
   const std::optional<double> seconds = DecimalText::parse(pieces.back());
-  const std::optional<std::int64_t> minutes = wholeNumber(pieces[pieces.size() - 2]);
-  const std::optional<std::int64_t> hours = wholeNumber(pieces.size() == 3 ? pieces[0] : "0");
+  const std::optional<std::int64_t> minutes = DecimalText::parseWhole(pieces[pieces.size() - 2]);
+  const std::optional<std::int64_t> hours =
+      DecimalText::parseWhole(pieces.size() == 3 ? pieces[0] : "0");
   const bool isValid = seconds && *seconds >= 0 && *seconds < 60 && minutes && *minutes >= 0 &&
                        *minutes < 60 && hours && *hours >= 0;
   if (!isValid) {
@@ -115,6 +105,10 @@ std::optional<Cue> readCue(std::string_view block) {
   const std::size_t found = block.find(arrow);
   if (found == std::string_view::npos) {
     return std::nullopt;
+  }
+  // Only the last block has a line end at its end: that of its last line, not one more line.
+  if (block.ends_with('\n')) {
+    block.remove_suffix(1);
   }
   block.remove_prefix(block.substr(0, found).rfind('\n') + 1);
   const std::size_t lineEnd = block.find('\n');

@@ -59,4 +59,14 @@ std::optional<double> parse(std::string_view text) {
   return error == std::errc::result_out_of_range ? outOfRange(text) : number;
 }
 
+std::optional<std::int64_t> parseWhole(std::string_view text) {
+  if (text.starts_with('+') && !text.starts_with("+-")) {
+    text.remove_prefix(1);
+  }
+  std::int64_t number = 0;
+  const char* const stop = text.data() + text.size();
+  const auto [end, error] = std::from_chars(text.data(), stop, number);
+  return error == std::errc() && end == stop ? std::optional(number) : std::nullopt;
+}
+
 }  // namespace tolvane::DecimalText

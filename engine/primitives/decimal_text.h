@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,5 +17,9 @@ namespace tolvane::DecimalText {
 /// beyond the range of a double, and next to nothing, or 0, for one too small. nullopt when it
 /// writes none.
 [[nodiscard]] std::optional<double> parse(std::string_view text);
+
+/// @return the whole number that all of the text writes in digits, after a sign or none; nullopt
+/// when it writes none or one beyond 64 bits.
+[[nodiscard]] std::optional<std::int64_t> parseWhole(std::string_view text);
 
 }  // namespace tolvane::DecimalText

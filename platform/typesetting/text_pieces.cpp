@@ -65,9 +65,17 @@ Symbol symbolAt(std::string_view text) {
 TextPieces::Piece TextPieces::next() {
   piece_.erase(0, piece_.size() - returned_);
   returned_ = 0;
+  return filled(limit_);
+}
+
+TextPieces::Piece TextPieces::lengthened() {
+  return filled(2 * std::max(piece_.size(), limit_));
+}
+
+TextPieces::Piece TextPieces::filled(std::size_t limit) {
   while (position_ < text_.size()) {
     const Symbol symbol = symbolAt(text_.substr(position_));
-    if (symbol.isShown && piece_.size() + symbol.length > std::max(limit_, symbol.length)) {
+    if (symbol.isShown && piece_.size() + symbol.length > limit) {
       return {piece_, PieceEnd::none};
     }
     if (symbol.isShown) {

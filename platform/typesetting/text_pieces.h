@@ -19,7 +19,8 @@ enum class PieceEnd {
 class TextPieces {
  public:
   /// @param text UTF-8; not owned.
-  /// @param limit the bytes after which a line is cut, between characters; at least 1.
+  /// @param limit the bytes after which a line is cut, between characters; at least the 4 that a
+  /// character can have.
   TextPieces(std::string_view text, std::size_t limit) : text_(text), limit_(limit) {}
 
   /// @return whether nothing is left. A break at the very end is not followed by an empty piece.
@@ -30,11 +31,15 @@ class TextPieces {
     PieceEnd end = PieceEnd::paragraph;
   };
   [[nodiscard]] Piece next();
+  /// The last piece, which ended with `none`, once more, with as many bytes again of what follows.
+  [[nodiscard]] Piece lengthened();
 
   /// The last `bytes` bytes of the last piece, which ended with `none`, begin the next one.
   void putBack(std::size_t bytes) { returned_ = bytes; }
 
  private:
+  [[nodiscard]] Piece filled(std::size_t limit);
+
   std::string_view text_;
   std::size_t limit_;
   std::size_t position_ = 0;

@@ -72,5 +72,14 @@ TEST(DecimalTextTest, ParsesWholeTextsOnly) {
   }
 }
 
+TEST(DecimalTextTest, ParsesWholeNumbersOf64Bits) {
+  EXPECT_EQ(DecimalText::parseWhole("+012"), 12);
+  EXPECT_EQ(DecimalText::parseWhole("-9223372036854775808"),
+            std::numeric_limits<std::int64_t>::min());
+  for (const char* text : {"", "+", "1.0", "1 ", " 1", "+-1", "++1", "9223372036854775808"}) {
+    EXPECT_FALSE(DecimalText::parseWhole(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace tolvane

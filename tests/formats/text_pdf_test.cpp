@@ -205,6 +205,13 @@ TEST_F(TextPdfTest, BreaksALongLineWhereAShortOneBreaks) {
   EXPECT_LT(pages.size(), 9U);
 }
 
+TEST_F(TextPdfTest, BreaksNoLineThatManyCharactersDoNotFill) {
+  const int onOneLine = ink("ab").bottom;
+  for (const char* narrow : {"\u0301", "\u200B", "\u200D"}) {
+    EXPECT_EQ(ink("a" + repeated(narrow, 5'000) + "b").bottom, onOneLine) << narrow;
+  }
+}
+
 TEST_F(TextPdfTest, StopsWhenCancelled) {
   token_.cancel();
   EXPECT_EQ(failure("x"), "Cancelled. Your source files are unchanged.");

@@ -58,7 +58,21 @@ TEST(TextPiecesTest, BeginWithWhatWasPutBack) {
   EXPECT_EQ(pieces.next().text, "2345");
   EXPECT_EQ(pieces.next().text, "6789");
   EXPECT_TRUE(pieces.atEnd());
-  EXPECT_EQ(divided("\u20AC\u20AC", 1), "\u20AC+\u20AC|");
+}
+
+TEST(TextPiecesTest, AreLengthenedToTwiceTheirSize) {
+  TextPieces pieces("123456789abcdefghijk\nl", 4);
+  EXPECT_EQ(pieces.next().text, "1234");
+  EXPECT_EQ(pieces.lengthened().text, "12345678");
+  pieces.putBack(6);
+  EXPECT_EQ(pieces.next().text, "345678");
+  const TextPieces::Piece longer = pieces.lengthened();
+  EXPECT_EQ(longer.text, "3456789abcde");
+  EXPECT_EQ(longer.end, PieceEnd::none);
+  const TextPieces::Piece whole = pieces.lengthened();
+  EXPECT_EQ(whole.text, "3456789abcdefghijk");
+  EXPECT_EQ(whole.end, PieceEnd::paragraph);
+  EXPECT_EQ(pieces.next().text, "l");
 }
 
 }  // namespace

@@ -21,13 +21,12 @@ using Arguments = std::vector<std::string>;
 
 constexpr double timeLimit = 120;  // seconds
 constexpr unsigned folderMode = 0755;
-constexpr const char* payloadName = "payload";
 
 /// Whether a TAR inside a gzip file is taken apart. Only once: archives nested in each other would
 /// fill the disk one level at a time.
 enum class Unwrapping { once, never };
 
-/// 7zz takes these for wildcards, in the archive's name and in the folder's.
+/// 7zz takes these for wildcards.
 bool hasWildcards(const fs::path& path) {
   return path.native().find_first_of("*?") != std::string::npos;
 }
@@ -42,9 +41,11 @@ Arguments listArguments(const fs::path& input) {
 }
 
 Arguments extractArguments(const fs::path& input, const fs::path& payload) {
-  Arguments arguments = {"x", "-y", "-o" + payload.string()};
-  if (hasWildcards(input) || hasWildcards(payload)) {
-    arguments = {"x", "-y", "-spd", std::string("-o") + payloadName};
+  // In the folder's name, a star would stand for the archive's. 7zz runs in the folder above.
+  const fs::path folder = hasWildcards(payload) ? payload.filename() : payload;
+  Arguments arguments = {"x", "-y", "-o" + folder.string()};
+  if (hasWildcards(input)) {
+    arguments.emplace_back("-spd");
   }
   arguments.push_back(input);
   return arguments;
@@ -90,8 +91,10 @@ std::optional<fs::path> onlyTar(const fs::path& folder) {
   return isOnly && isTar(first) ? std::optional(first) : std::nullopt;
 }
 
-void create(std::string_view target, const fs::path& output, const JobContext& context) {
-  const fs::path payload = context.workspace / payloadName;
+void create(const fs::path& payload,
+            std::string_view target,
+            const fs::path& output,
+            const JobContext& context) {
   if (target == "zip") {
     // From inside the folder, so that names begin there; the log is kept out of it.
     context.toolchain.run({.name = "7zz",
@@ -111,7 +114,7 @@ void repack(const fs::path& input,
             const JobContext& context,
             Unwrapping unwrapping) {
   ArchiveListing::judge(asText(context.run("7zz", listArguments(input), timeLimit)));
-  const fs::path payload = context.workspace / payloadName;
+  const fs::path payload = context.workspace / "payload";
   extract(input, payload, context);
   if (unwrapping == Unwrapping::once && isGzip(input)) {
     if (const std::optional<fs::path> tar = onlyTar(payload)) {
@@ -123,7 +126,7 @@ void repack(const fs::path& input,
       return;
     }
   }
-  create(target, output, context);
+  create(payload, target, output, context);
 }
 
 }  // namespace

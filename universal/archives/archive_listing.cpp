@@ -1,11 +1,11 @@
 #include "universal/archives/archive_listing.h"
 
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 
 #include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/decimal_text.h"
 #include "engine/primitives/limits.h"
 
 namespace tolvane::ArchiveListing {
@@ -62,17 +62,6 @@ Entry entryOf(std::string_view block) {
   return entry;
 }
 
-/// 0 when the text is no decimal number of 64 bits.
-std::int64_t sizeFrom(std::string_view text) {
-  if (text.starts_with('+') && !text.starts_with("+-")) {
-    text.remove_prefix(1);
-  }
-  std::int64_t size = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), size);
-  const bool isNumber = result.ec == std::errc() && result.ptr == text.data() + text.size();
-  return isNumber ? size : 0;
-}
-
 bool leavesTheFolder(std::string_view path) {
   constexpr std::string_view forbidden("\\:\0", 3);
   if (path.starts_with('/') || path.find_first_of(forbidden) != std::string_view::npos) {
@@ -105,7 +94,8 @@ void judge(std::string_view listing) {
       continue;
     }
     ++entries;
-    const bool overflows = __builtin_add_overflow(declared, sizeFrom(entry.size), &declared);
+    const std::int64_t size = DecimalText::parseWhole(entry.size).value_or(0);
+    const bool overflows = __builtin_add_overflow(declared, size, &declared);
     if (overflows || isUnsafe(entry) || entries > Limits::maxArchiveEntries ||
         declared > Limits::maxExpandedBytes) {
       throw ConversionFailure::message(

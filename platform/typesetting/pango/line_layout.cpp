@@ -10,6 +10,9 @@ namespace {
 // million characters overflows: the text would end there without a word. Its time for a piece
 // without spaces grows faster than the piece.
 constexpr std::size_t pieceLimit = 2048;
+// The most of one line. Its time grows with the square: a second for this many bytes of marks on
+// one letter.
+constexpr std::size_t lengthenedLimit = 16'384;
 constexpr double pointsPerInch = 72;
 
 double inPoints(int units) {
@@ -67,8 +70,8 @@ LineLayout::LineLayout(std::string_view text, double width, const std::string& f
       context_(makeContext(fonts_.get())),
       layout_(makeLayout(context_.get(), width, font)) {}
 
-void LineLayout::layOutNextPiece() {
-  // A paragraph goes from right to left when its first letter does, however many pieces it has.
+/// A paragraph goes from right to left when its first letter does, however many pieces it has.
+void LineLayout::prepareDirection() {
   const bool startsParagraph = end_ == PieceEnd::paragraph || end_ == PieceEnd::page;
   if (startsParagraph) {
     pango_context_set_base_dir(context_.get(), PANGO_DIRECTION_WEAK_LTR);
@@ -77,13 +80,25 @@ void LineLayout::layOutNextPiece() {
     pango_context_set_base_dir(context_.get(), static_cast<PangoDirection>(last->resolved_dir));
   }
   pango_layout_set_auto_dir(layout_.get(), startsParagraph ? TRUE : FALSE);
-  startsPage_ = end_ == PieceEnd::page;
+}
 
-  const TextPieces::Piece piece = pieces_.next();
+void LineLayout::layOut(const TextPieces::Piece& piece) {
   pango_layout_set_text(layout_.get(), piece.text.data(), static_cast<int>(piece.text.size()));
   end_ = piece.end;
   line_ = pango_layout_get_lines_readonly(layout_.get());
   remaining_ = pango_layout_get_line_count(layout_.get());
+}
+
+void LineLayout::layOutNextPiece() {
+  prepareDirection();
+  startsPage_ = end_ == PieceEnd::page;
+  TextPieces::Piece piece = pieces_.next();
+  layOut(piece);
+  // Marks and characters without width can fill a piece and not a line.
+  while (end_ == PieceEnd::none && remaining_ == 1 && piece.text.size() <= lengthenedLimit / 2) {
+    piece = pieces_.lengthened();
+    layOut(piece);
+  }
   if (end_ == PieceEnd::none && remaining_ > 1) {
     keepCutLineForLater(piece);
   }

@@ -38,7 +38,9 @@ class LineLayout {
     void operator()(gpointer object) const { g_object_unref(object); }
   };
 
+  void prepareDirection();
   void layOutNextPiece();
+  void layOut(const TextPieces::Piece& piece);
   void keepCutLineForLater(const TextPieces::Piece& piece);
 
   TextPieces pieces_;

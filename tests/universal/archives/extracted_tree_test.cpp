@@ -1,6 +1,7 @@
 #include "universal/archives/extracted_tree.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,24 @@ class ExtractedTreeTest : public ::testing::Test {
     return path;
   }
 
+  [[nodiscard]] static unsigned modeOf(const fs::path& path) {
+    return static_cast<unsigned>(fs::status(path).permissions());
+  }
+  /// Makes this process one of an ordinary user whose tree it is.
+  void becomeOwner() const {
+    constexpr uid_t nobody = 65534;
+    if (::geteuid() != 0) {
+      return;
+    }
+    bool isDone = ::chown(tree_.path().c_str(), nobody, nobody) == 0;
+    for (const auto& item : fs::recursive_directory_iterator(tree_.path())) {
+      isDone = isDone && ::chown(item.path().c_str(), nobody, nobody) == 0;
+    }
+    if (!isDone || ::setresuid(nobody, nobody, nobody) != 0) {
+      ::_exit(2);
+    }
+  }
+
   support::TemporaryFolder tree_;
   CancellationToken token_;
 };
@@ -53,6 +72,32 @@ TEST_F(ExtractedTreeTest, RefusesLinksAndPipes) {
   fs::remove(tree_ / "a/.b/link");
   ASSERT_EQ(::mkfifo((tree_ / "a/pipe").c_str(), 0600), 0);
   EXPECT_EQ(checked(), refused);
+}
+
+TEST_F(ExtractedTreeTest, OpensWhatItsOwnerMayNotRead) {
+  const fs::path hidden = tree_.write("a/.b/hidden", "x");
+  const fs::path script = tree_.write("a/script", "x");
+  const auto asOwner = [&] {  // the superuser may read anything
+    becomeOwner();
+    fs::permissions(script, fs::perms(0711));
+    for (const fs::path& closed : {hidden, tree_ / "a/.b", tree_ / "a", tree_.path()}) {
+      fs::permissions(closed, fs::perms::none);
+    }
+    const bool isFine = checked() == fine && modeOf(tree_ / "a/.b") == 0500 &&
+                        modeOf(hidden) == 0400 && modeOf(script) == 0711;
+    ::_exit(isFine ? 0 : 1);
+  };
+  EXPECT_EXIT(asOwner(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ExtractedTreeTest, CountsWhatItsOwnerMayNotRead) {
+  const fs::path large = file("a/.b/large", 536'870'913);
+  const auto asOwner = [&] {
+    becomeOwner();
+    fs::permissions(tree_ / "a/.b", fs::perms::owner_read);  // names alone
+    ::_exit(checked() == refused && fs::exists(large) ? 0 : 1);
+  };
+  EXPECT_EXIT(asOwner(), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ExtractedTreeTest, StopsWhenCancelled) {
