@@ -11,13 +11,13 @@
 #include "platform/files/platform_error.h"
 #include "universal/archives/archive_listing.h"
 #include "universal/archives/extracted_tree.h"
+#include "universal/job/arguments.h"
 
 namespace tolvane::UniversalEngine {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
 
 constexpr double timeLimit = 120;  // seconds
 constexpr unsigned folderMode = 0755;

@@ -6,6 +6,7 @@
 #include "engine/primitives/conversion_failure.h"
 #include "universal/images/engine_path.h"
 #include "universal/images/image.h"
+#include "universal/job/arguments.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -27,20 +28,11 @@ std::size_t columnsFor(std::size_t images) {
 
 }  // namespace
 
-std::vector<fs::path> normalizedAll(const std::vector<FileInfo>& images,
-                                    const JobContext& context) {
-  std::vector<fs::path> copies;
-  for (const FileInfo& image : images) {
-    copies.push_back(normalized(image.url, context));
-  }
-  return copies;
-}
-
 fs::path collage(const std::vector<FileInfo>& images, const JobContext& context) {
   if (images.size() > maxImages) {
     throw ConversionFailure::message("Choose at most 25 images for a collage.");
   }
-  std::vector<std::string> arguments = {"montage"};
+  Arguments arguments = {"montage"};
   for (const fs::path& copy : normalizedAll(images, context)) {
     arguments.push_back(enginePath(copy, context));
   }

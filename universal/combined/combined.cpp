@@ -3,6 +3,7 @@
 #include "engine/primitives/conversion_failure.h"
 #include "universal/combined/collage.h"
 #include "universal/combined/joined_video.h"
+#include "universal/images/image.h"
 
 namespace tolvane::UniversalEngine {
 

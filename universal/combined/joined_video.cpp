@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include <fmt/format.h>
 
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_system.h"
+#include "universal/job/arguments.h"
 #include "universal/media/media.h"
 #include "universal/media/media_probe.h"
 
@@ -17,7 +19,6 @@ namespace tolvane::UniversalEngine {
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
 
 constexpr double timeLimit = 600;  // seconds, of every run
 
@@ -48,19 +49,24 @@ void writeClip(const fs::path& video,
       "pad={0}:{1}:(ow-iw)/2:(oh-ih)/2,setsar=1",
       frame.width,
       frame.height);
-  const Arguments encoding = {"-map",      "0:v:0",
-                              "-map",      isSilent ? "1:a:0" : "0:a:0",
-                              "-shortest", "-vf",
-                              fitting,     "-r",
-                              "30",        "-c:v",
-                              "libx264",   "-preset",
-                              "fast",      "-pix_fmt",
-                              "yuv420p",   "-c:a",
-                              "aac",       "-ar",
-                              "48000",     "-ac",
-                              "2",         "-b:a",
-                              "192k",      "-map_metadata",
-                              "-1",        (context.workspace / name).string()};
+  // One option a line.
+  // clang-format off
+  const Arguments encoding = {
+      "-map", "0:v:0",
+      "-map", isSilent ? "1:a:0" : "0:a:0",
+      "-shortest",
+      "-vf", fitting,
+      "-r", "30",
+      "-c:v", "libx264",
+      "-preset", "fast",
+      "-pix_fmt", "yuv420p",
+      "-c:a", "aac",
+      "-ar", "48000",
+      "-ac", "2",
+      "-b:a", "192k",
+      "-map_metadata", "-1",
+      (context.workspace / name).string()};
+  // clang-format on
   arguments.insert(arguments.end(), encoding.begin(), encoding.end());
   context.run("ffmpeg", std::move(arguments), timeLimit);
 }
@@ -82,22 +88,11 @@ fs::path joinedVideo(const std::vector<FileInfo>& videos, const JobContext& cont
   FileSystem::writeAtomically(listFile, asBytes(list));
   fs::path output = context.workspace / "result-joined.mp4";
   // Safe mode takes bare names only, which it looks up beside the list.
-  context.run("ffmpeg",
-              {"-hide_banner",
-               "-loglevel",
-               "error",
-               "-nostdin",
-               "-y",
-               "-f",
-               "concat",
-               "-safe",
-               "1",
-               "-i",
-               listFile.string(),
-               "-c",
-               "copy",
-               output.string()},
-              timeLimit);
+  Arguments arguments = mediaHead();
+  arguments.insert(
+      arguments.end(),
+      {"-f", "concat", "-safe", "1", "-i", listFile.string(), "-c", "copy", output.string()});
+  context.run("ffmpeg", std::move(arguments), timeLimit);
   return output;
 }
 

@@ -11,13 +11,13 @@
 #include "platform/files/file_system.h"
 #include "universal/documents/embedded_pictures.h"
 #include "universal/documents/picture_filter.h"
+#include "universal/job/arguments.h"
 
 namespace tolvane::UniversalEngine {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
 
 constexpr double timeout = 120;  // seconds
 constexpr const char* sandbox = "--sandbox";

@@ -13,7 +13,6 @@ namespace tolvane::UniversalEngine {
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
 
 constexpr double timeLimit = 120;  // seconds
 constexpr std::array<std::string_view, 3> opaqueFormats = {"jpg", "bmp", "heic"};
@@ -68,6 +67,15 @@ fs::path normalized(const fs::path& input, const JobContext& context) {
   fs::path copy = context.freshFile("normalized-", ".png");
   image(input, copy, {}, {}, context);
   return copy;
+}
+
+std::vector<fs::path> normalizedAll(const std::vector<FileInfo>& images,
+                                    const JobContext& context) {
+  std::vector<fs::path> copies;
+  for (const FileInfo& image : images) {
+    copies.push_back(normalized(image.url, context));
+  }
+  return copies;
 }
 
 }  // namespace tolvane::UniversalEngine

@@ -1,9 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
 #include <vector>
 
+#include "engine/primitives/file_info.h"
+#include "universal/job/arguments.h"
 #include "universal/job/job_context.h"
 
 namespace tolvane::UniversalEngine {
@@ -16,7 +17,7 @@ namespace tolvane::UniversalEngine {
 /// @throws ConversionFailure, PlatformError
 void image(const std::filesystem::path& input,
            const std::filesystem::path& output,
-           const std::vector<std::string>& arguments,
+           const Arguments& arguments,
            const Value::Map& options,
            const JobContext& context);
 
@@ -24,5 +25,9 @@ void image(const std::filesystem::path& input,
 /// @throws as image()
 [[nodiscard]] std::filesystem::path normalized(const std::filesystem::path& input,
                                                const JobContext& context);
+
+/// normalized() of each.
+[[nodiscard]] std::vector<std::filesystem::path> normalizedAll(const std::vector<FileInfo>& images,
+                                                               const JobContext& context);
 
 }  // namespace tolvane::UniversalEngine

@@ -11,14 +11,15 @@
 #include "platform/fonts/font_finder.h"
 #include "platform/images/image_decoder.h"
 #include "universal/images/image.h"
+#include "universal/job/arguments.h"
 #include "universal/job/option_readers.h"
+#include "universal/job/rectangle.h"
 
 namespace tolvane::UniversalEngine {
 
 namespace {
 
 namespace fs = std::filesystem;
-using Arguments = std::vector<std::string>;
 
 struct Request {
   const fs::path& input;
@@ -33,21 +34,6 @@ struct Request {
   }
 };
 
-struct Rectangle {
-  std::int64_t x;
-  std::int64_t y;
-  std::int64_t width;
-  std::int64_t height;
-};
-
-Rectangle rectangleFrom(const Request& request) {
-  // Members of a braced list are read in order; the first bad one is reported.
-  return {request.pixels("x", 0, 0),
-          request.pixels("y", 0, 0),
-          request.pixels("width", 100, 1),
-          request.pixels("height", 100, 1)};
-}
-
 std::optional<ImageHeader> headerOf(const fs::path& picture) {
   try {
     return imageDecoder().probe(picture);
@@ -58,9 +44,9 @@ std::optional<ImageHeader> headerOf(const fs::path& picture) {
 
 /// @return the rectangle that the options ask for, which lies in the picture as the user sees it.
 Rectangle fittingRectangle(const Request& request) {
-  const Rectangle area = rectangleFrom(request);
+  const Rectangle area = rectangle(request.options, 1);
   const std::optional<ImageHeader> upright = headerOf(normalized(request.input, request.context));
-  if (!upright || area.x + area.width > upright->width || area.y + area.height > upright->height) {
+  if (!upright || !area.fitsInto(upright->width, upright->height)) {
     throw ConversionFailure::message(
         "The rectangle must fit within the oriented image's width and height.");
   }

@@ -12,8 +12,12 @@ namespace tolvane::UniversalEngine {
 
 namespace {
 
-bool isAsciiLetter(char letter) {
-  return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
+char upper(char letter) {
+  return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+char lower(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
 /// "maxDimension" as messages write it: "Maxdimension".
@@ -21,10 +25,7 @@ std::string capitalized(std::string_view key) {
   std::string text(key);
   bool startsWord = true;
   for (char& letter : text) {
-    const bool isUpper = letter >= 'A' && letter <= 'Z';
-    if (isAsciiLetter(letter) && isUpper != startsWord) {
-      letter = static_cast<char>(letter ^ 0x20);
-    }
+    letter = startsWord ? upper(letter) : lower(letter);
     startsWord = letter == ' ';
   }
   return text;

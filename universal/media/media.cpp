@@ -26,7 +26,7 @@ void run(const fs::path& input,
          const MediaCommand& command,
          const fs::path& output,
          const JobContext& context) {
-  std::vector<std::string> arguments = mediaPrefix(input);
+  Arguments arguments = mediaPrefix(input);
   arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
   arguments.push_back(outputPath(output, context.workspace));
   context.run("ffmpeg", std::move(arguments), command.timeout);
@@ -48,16 +48,14 @@ std::vector<fs::path> sortedEntries(const fs::path& folder) {
 
 }  // namespace
 
-std::vector<std::string> mediaPrefix(const fs::path& input) {
-  return {"-hide_banner",
-          "-loglevel",
-          "error",
-          "-nostdin",
-          "-y",
-          "-protocol_whitelist",
-          "file,pipe",
-          "-i",
-          input.string()};
+Arguments mediaHead() {
+  return {"-hide_banner", "-loglevel", "error", "-nostdin", "-y"};
+}
+
+Arguments mediaPrefix(const fs::path& input) {
+  Arguments arguments = mediaHead();
+  arguments.insert(arguments.end(), {"-protocol_whitelist", "file,pipe", "-i", input.string()});
+  return arguments;
 }
 
 void media(const FileInfo& info,

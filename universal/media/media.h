@@ -2,20 +2,23 @@
 
 #include <filesystem>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "engine/primitives/file_info.h"
 #include "engine/primitives/value.h"
+#include "universal/job/arguments.h"
 #include "universal/job/job_context.h"
 
 /// Audio and video through ffmpeg. Each call checks everything before the engine starts; what a
 /// failed run wrote goes with the workspace.
 namespace tolvane::UniversalEngine {
 
-/// The head of every ffmpeg command line: quiet, asking nothing, reading nothing but files.
-[[nodiscard]] std::vector<std::string> mediaPrefix(const std::filesystem::path& input);
+/// The head of every ffmpeg command line: quiet, asking nothing.
+[[nodiscard]] Arguments mediaHead();
+
+/// mediaHead() and an input that is read from files only.
+[[nodiscard]] Arguments mediaPrefix(const std::filesystem::path& input);
 
 /// Converts one file, or applies a tool that makes one file.
 /// @param target extension of the output.

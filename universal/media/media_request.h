@@ -1,16 +1,12 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "engine/primitives/value.h"
+#include "universal/job/arguments.h"
 
 namespace tolvane::UniversalEngine {
-
-/// Arguments of an engine.
-using Arguments = std::vector<std::string>;
 
 /// What is to become of one audio or video file, as far as the engine's arguments depend on it.
 struct MediaRequest {

@@ -8,8 +8,8 @@
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/decimal_text.h"
-#include "engine/primitives/limits.h"
 #include "universal/job/option_readers.h"
+#include "universal/job/rectangle.h"
 #include "universal/media/media_probe.h"
 
 namespace tolvane::UniversalEngine {
@@ -35,28 +35,15 @@ Interval intervalOf(const Value::Map& options) {
   return {start, end};
 }
 
-/// Pixels of the frame, from its upper left corner.
-struct Rectangle {
-  std::int64_t x;
-  std::int64_t y;
-  std::int64_t width;
-  std::int64_t height;
-};
-
-/// @return the chosen rectangle, which lies in the frame; its edges may touch.
+/// @return the chosen rectangle, which lies in the frame.
 Rectangle rectangleOf(const MediaRequest& request) {
-  const auto read = [&request](const char* key, std::int64_t fallback, std::int64_t minimum) {
-    return integer(request.options, key, fallback, minimum, Limits::maxImageSide);
-  };
-  const std::int64_t x = read("x", 0, 0);
-  const std::int64_t y = read("y", 0, 0);
-  const std::int64_t width = read("width", 100, 2);
-  const std::int64_t height = read("height", 100, 2);
+  constexpr std::int64_t minimumSide = 2;
+  const Rectangle area = rectangle(request.options, minimumSide);
   const std::optional<FrameSize> frame = frameSize(request.probed);
-  if (!frame || x + width > frame->width || y + height > frame->height) {
+  if (!frame || !area.fitsInto(frame->width, frame->height)) {
     throw ConversionFailure::message("The rectangle must fit within the video frame.");
   }
-  return {x, y, width, height};
+  return area;
 }
 
 Arguments mute(const MediaRequest& /*request*/) {
