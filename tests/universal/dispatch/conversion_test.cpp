@@ -214,9 +214,10 @@ TEST_F(ConversionTest, PagesWithoutTextAreRecognisedUnlessTheUserSaysNo) {
 TEST_F(ConversionTest, OnlyPicturesThatADocumentHoldsGetIntoIt) {
   const support::TemporaryFolder elsewhere;
   const fs::path secret = elsewhere / "secret.png";
-  fs::copy_file(*samples_ / "scan.png", secret);
+  makeSample("scan.png");
+  fs::copy_file(sources_ / "scan.png", secret);
   const std::string held =
-      "data:image/png;base64," + Base64::encode(FileSystem::readAll(*samples_ / "scan.png"));
+      "data:image/png;base64," + Base64::encode(FileSystem::readAll(sources_ / "scan.png"));
   const auto hasPictures = [&](const std::string& name, const std::string& address) {
     const bool isPage = name.ends_with(".html");
     sources_.write(name,
