@@ -15,8 +15,6 @@ namespace tolvane {
 
 namespace {
 
-/// Of the 180 ms that the user may wait; the rest is for the disk and for waking up late.
-constexpr std::chrono::milliseconds searchTime{170};
 constexpr const char* nautilus = "org.gnome.Nautilus";
 /// Dolphin numbers the windows of a process from 1; few users have more.
 constexpr int dolphinWindows = 4;
@@ -40,16 +38,18 @@ AtspiFileManagerSelection::AtspiFileManagerSelection(
     std::shared_ptr<AccessibleQuestions> questions,
     WindowPlaces places,
     std::filesystem::path home,
-    std::shared_ptr<std::optional<ShownFile>> shown)
+    std::shared_ptr<std::optional<ShownFile>> shown,
+    std::chrono::milliseconds searchTime)
     : questions_(std::move(questions)),
       places_(std::move(places)),
       home_(std::move(home)),
-      shown_(std::move(shown)) {}
+      shown_(std::move(shown)),
+      searchTime_(searchTime) {}
 
 std::vector<FileManagerSelection::Item> AtspiFileManagerSelection::items(
     const RunningApplication& fileManager) {
   shown_->reset();
-  const auto deadline = Deadline::clock::now() + searchTime;
+  const auto deadline = Deadline::clock::now() + searchTime_;
   TreeReader reader(*questions_, deadline);
   const auto application = reader.application(fileManager.processIdentifier);
   if (!application) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -18,12 +19,16 @@ namespace tolvane {
 /// with what it has: nothing. Main thread only.
 class AtspiFileManagerSelection final : public FileManagerSelection {
  public:
+  /// Of the 180 ms that the user may wait; the rest is for the disk and for waking up late.
+  static constexpr std::chrono::milliseconds defaultSearchTime{170};
+
   /// @param home of the user.
   /// @param shown set to the element of a single selected file, else to nothing.
   AtspiFileManagerSelection(std::shared_ptr<AccessibleQuestions> questions,
                             WindowPlaces places,
                             std::filesystem::path home,
-                            std::shared_ptr<std::optional<ShownFile>> shown);
+                            std::shared_ptr<std::optional<ShownFile>> shown,
+                            std::chrono::milliseconds searchTime = defaultSearchTime);
 
   /// @throws PlatformError when the session has no accessibility bus, or the file manager is not
   /// on it.
@@ -48,6 +53,7 @@ class AtspiFileManagerSelection final : public FileManagerSelection {
   WindowPlaces places_;
   std::filesystem::path home_;
   std::shared_ptr<std::optional<ShownFile>> shown_;
+  std::chrono::milliseconds searchTime_;
 };
 
 }  // namespace tolvane
