@@ -56,6 +56,7 @@ enum class AccessibleRole : std::uint32_t {
 /// A set of AtspiStateType.
 struct AccessibleStates {
   static constexpr unsigned active = 1;
+  static constexpr unsigned checked = 4;
   static constexpr unsigned expanded = 10;
   static constexpr unsigned selected = 23;
   static constexpr unsigned showing = 25;

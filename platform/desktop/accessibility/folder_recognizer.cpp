@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "platform/files/file_names.h"
 
@@ -18,6 +19,18 @@ using Role = AccessibleRole;
 /// Every sub-row of a row of buttons is tried, so long rows cost.
 constexpr std::size_t longestRow = 40;
 
+/// A button of a row.
+struct Part {
+  std::string name;
+  bool isPressed = false;  ///< the button of the folder that is shown
+};
+using Row = std::vector<Part>;
+
+bool startsWithName(const std::string& title, const std::string& name) {
+  return !name.empty() && title.starts_with(name) &&
+         (title.size() == name.size() || title[name.size()] == ' ');
+}
+
 class Candidates {
  public:
   Candidates(const std::string& title, const Path& home) : title_(title), home_(home) {}
@@ -25,35 +38,37 @@ class Candidates {
   void addLocation(const std::string& text) {
     if (text.starts_with("file://")) {
       if (const auto path = FileNames::localPath(text)) {
-        add(*path);
+        addTitled(*path);
       }
     } else if (text == "~" || text.starts_with("~/")) {
-      add(home_ / text.substr(std::min<std::size_t>(2, text.size())));
+      addTitled(home_ / text.substr(std::min<std::size_t>(2, text.size())));
     } else if (text.starts_with('/')) {
-      add(text);
+      addTitled(text);
     }
   }
 
-  void addRow(std::vector<std::string> names) {
-    if (names.size() > longestRow) {
+  void addRow(Row row) {
+    if (row.size() > longestRow) {
       return;
     }
-    addRunsOf(names);
-    std::reverse(names.begin(), names.end());
-    addRunsOf(names);
+    addRunsOf(row);
+    std::reverse(row.begin(), row.end());
+    addRunsOf(row);
   }
 
   [[nodiscard]] const std::vector<Path>& folders() const { return folders_; }
 
  private:
-  void addRunsOf(const std::vector<std::string>& names) {
-    for (std::size_t first = 0; first < names.size(); ++first) {
-      std::optional<Path> path = root(names[first]);
-      for (std::size_t i = first; path && i < names.size(); ++i) {
+  void addRunsOf(const Row& row) {
+    for (std::size_t first = 0; first < row.size(); ++first) {
+      std::optional<Path> path = root(row[first].name);
+      for (std::size_t i = first; path && i < row.size(); ++i) {
+        const Part& part = row[i];
         if (i > first) {
-          path = names[i].empty() ? std::nullopt : std::optional(*path / names[i]);
+          path = part.name.empty() ? std::nullopt : std::optional(*path / part.name);
         }
-        if (path) {
+        // A file manager may call the user's home by another name than the disk does.
+        if (path && (part.isPressed || startsWithName(title_, part.name))) {
           add(*path);
         }
       }
@@ -67,16 +82,26 @@ class Candidates {
     return name == "Home" || name == home_.filename() ? std::optional(home_) : std::nullopt;
   }
 
-  void add(const Path& path) {
-    Path folder = path.lexically_normal();
-    if (!folder.has_filename() && folder.has_relative_path()) {
-      folder = folder.parent_path();  // "/a/"
+  void addTitled(const Path& path) {
+    const Path folder = withoutEnd(path);
+    if (isTitleOf(title_, folder)) {
+      add(folder);
     }
+  }
+
+  void add(const Path& path) {
+    const Path folder = withoutEnd(path);
     std::error_code error;
-    if (isTitleOf(title_, folder) && std::filesystem::is_directory(folder, error) &&
+    if (std::filesystem::is_directory(folder, error) &&
         std::find(folders_.begin(), folders_.end(), folder) == folders_.end()) {
       folders_.push_back(folder);
     }
+  }
+
+  /// @return "/a" for "/a/".
+  static Path withoutEnd(const Path& path) {
+    const Path folder = path.lexically_normal();
+    return !folder.has_filename() && folder.has_relative_path() ? folder.parent_path() : folder;
   }
 
   const std::string& title_;
@@ -100,14 +125,14 @@ bool isButton(const WindowNode& node) {
 }
 
 void addRows(const WindowNode& node, Candidates& candidates) {
-  std::vector<std::string> names;
+  Row row;
   for (const WindowNode& child : node.children) {
     if (isButton(child)) {
-      names.push_back(child.name);
+      row.push_back({child.name, child.states.has(AccessibleStates::checked)});
     }
     addRows(child, candidates);
   }
-  candidates.addRow(std::move(names));
+  candidates.addRow(std::move(row));
 }
 
 }  // namespace
@@ -122,11 +147,8 @@ std::vector<Path> candidates(const WindowNode& window, const Path& home) {
 }
 
 bool isTitleOf(const std::string& title, const Path& folder) {
-  const auto startsWith = [&title](const std::string& name) {
-    return !name.empty() && title.starts_with(name) &&
-           (title.size() == name.size() || title[name.size()] == ' ');
-  };
-  return startsWith(folder.filename().string()) || startsWith(folder.string());
+  return startsWithName(title, folder.filename().string()) ||
+         startsWithName(title, folder.string());
 }
 
 }  // namespace tolvane::FolderRecognizer

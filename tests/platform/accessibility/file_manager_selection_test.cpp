@@ -35,8 +35,11 @@ class RecordedTest : public testing::Test {
  protected:
   RecordedTest() {
     fs::create_directories(home_ / "files/Folder");
-    for (const char* const file :
-         {"files/doc1.txt", "files/doc2.txt", "files/doc3.txt", "files/Folder/doc1.txt"}) {
+    for (const char* const file : {"files/doc1.txt",
+                                   "files/doc2.txt",
+                                   "files/doc3.txt",
+                                   "files/Folder/doc1.txt",
+                                   "a1.txt"}) {
       home_.write(file, "x");
     }
   }
@@ -96,6 +99,7 @@ INSTANTIATE_TEST_SUITE_P(Recorded,
                                          WindowCase{"dolphin", doc1And2},
                                          WindowCase{"pcmanfm_qt", doc1And2},
                                          WindowCase{"nemo_icons", doc1And2},
+                                         WindowCase{"nemo_home", {"a1.txt"}},
                                          WindowCase{"nemo_nested", {}},  // Folder/doc1.txt
                                          WindowCase{"thunar_list", doc1And2},
                                          WindowCase{"thunar_icons", doc1},
