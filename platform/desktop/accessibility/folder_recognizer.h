@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "platform/desktop/accessibility/window_tree.h"
+
+/// Which folder a file manager's window shows, by what stands in the window. Looks at the disk.
+namespace tolvane::FolderRecognizer {
+
+/// Folders that exist: the one in the location entry, when the window's title names it; without one
+/// those that rows of buttons lead to, one for each part of the path, in either direction, as far
+/// as the button that is pressed or named in the title. More than one when the rows can be read in
+/// several ways.
+/// @param home which a button of the part's own name, or "Home", or "~" stands for.
+[[nodiscard]] std::vector<std::filesystem::path> candidates(const WindowNode& window,
+                                                            const std::filesystem::path& home);
+
+/// @return whether the title is that of a window that shows the folder: its name or its path alone,
+/// or before other words.
+[[nodiscard]] bool isTitleOf(const std::string& title, const std::filesystem::path& folder);
+
+}  // namespace tolvane::FolderRecognizer
