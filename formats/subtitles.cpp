@@ -11,6 +11,7 @@
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/decimal_text.h"
+#include "engine/primitives/split_text.h"
 
 namespace tolvane::UniversalFormats {
 
@@ -43,24 +44,6 @@ std::string withLineFeeds(std::string_view text) {
     }
   }
   return result;
-}
-
-/// Hands each piece between the separators to `action`, empty ones included.
-template <typename Action>
-void forEachPiece(std::string_view text, std::string_view separator, const Action& action) {
-  std::size_t end = text.find(separator);
-  while (end != std::string_view::npos) {
-    action(text.substr(0, end));
-    text.remove_prefix(end + separator.size());
-    end = text.find(separator);
-  }
-  action(text);
-}
-
-std::vector<std::string_view> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string_view> pieces;
-  forEachPiece(text, separator, [&](std::string_view piece) { pieces.push_back(piece); });
-  return pieces;
 }
 
 std::string_view firstWord(std::string_view text) {

@@ -1,12 +1,15 @@
 #include "universal/archives/archive_listing.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/decimal_text.h"
 #include "engine/primitives/limits.h"
+#include "engine/primitives/split_text.h"
 
 namespace tolvane::ArchiveListing {
 
@@ -22,14 +25,6 @@ struct Entry {
   std::string_view hardLink;
   std::string_view attributes;
 };
-
-/// Takes the text up to the separator, or all of it, off the front of `rest`.
-std::string_view takeUntil(std::string_view separator, std::string_view& rest) {
-  const std::size_t end = rest.find(separator);
-  const std::string_view taken = rest.substr(0, end);
-  rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + separator.size());
-  return taken;
-}
 
 /// A later field of the same name replaces an earlier one.
 void set(Entry& entry, std::string_view name, std::string_view value) {
@@ -52,13 +47,12 @@ void set(Entry& entry, std::string_view name, std::string_view value) {
 Entry entryOf(std::string_view block) {
   constexpr std::string_view equals = " = ";
   Entry entry;
-  while (!block.empty()) {
-    const std::string_view line = takeUntil("\n", block);
+  forEachPiece(block, "\n", [&](std::string_view line) {
     const std::size_t nameEnd = line.find(equals);
     if (nameEnd != std::string_view::npos) {
       set(entry, line.substr(0, nameEnd), line.substr(nameEnd + equals.size()));
     }
-  }
+  });
   return entry;
 }
 
@@ -67,12 +61,8 @@ bool leavesTheFolder(std::string_view path) {
   if (path.starts_with('/') || path.find_first_of(forbidden) != std::string_view::npos) {
     return true;
   }
-  while (!path.empty()) {
-    if (takeUntil("/", path) == "..") {
-      return true;
-    }
-  }
-  return false;
+  const std::vector<std::string_view> parts = split(path, "/");
+  return std::ranges::find(parts, "..") != parts.end();
 }
 
 bool isUnsafe(const Entry& entry) {
@@ -88,10 +78,10 @@ bool isUnsafe(const Entry& entry) {
 void judge(std::string_view listing) {
   int entries = 0;
   std::int64_t declared = 0;
-  while (!listing.empty()) {
-    const Entry entry = entryOf(takeUntil("\n\n", listing));
+  forEachPiece(listing, "\n\n", [&](std::string_view block) {
+    const Entry entry = entryOf(block);
     if (!entry.path) {
-      continue;
+      return;
     }
     ++entries;
     const std::int64_t size = DecimalText::parseWhole(entry.size).value_or(0);
@@ -101,7 +91,7 @@ void judge(std::string_view listing) {
       throw ConversionFailure::message(
           "This archive contains unsafe paths, links or too much expanded data.");
     }
-  }
+  });
   if (entries == 0) {
     throw ConversionFailure::message("This archive is empty or cannot be inspected safely.");
   }

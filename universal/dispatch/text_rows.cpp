@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <string>
-#include <vector>
+
+#include "engine/primitives/split_text.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -15,18 +16,6 @@ std::string_view trimmed(std::string_view text) {
   return first == std::string_view::npos
              ? std::string_view()
              : text.substr(first, text.find_last_not_of(padding) - first + 1);
-}
-
-std::vector<std::string_view> split(std::string_view text, std::string_view separator) {
-  std::vector<std::string_view> pieces;
-  std::size_t start = 0;
-  for (std::size_t end = text.find(separator); end != std::string_view::npos;
-       end = text.find(separator, start)) {
-    pieces.push_back(text.substr(start, end - start));
-    start = end + separator.size();
-  }
-  pieces.push_back(text.substr(start));
-  return pieces;
 }
 
 TableRow cellsOf(std::string_view line) {
