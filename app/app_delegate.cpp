@@ -4,6 +4,7 @@
 
 #include <QApplication>
 
+#include "app/window_places.h"
 #include "universal/dispatch/universal_engine.h"
 
 namespace tolvane {
@@ -17,9 +18,16 @@ constexpr const char* statusDescription = "tolvane – converts your files here,
 void AppDelegate::applicationDidFinishLaunching() {
   QApplication::setQuitOnLastWindowClosed(false);
   interface_.emplace(messengers_.interface());
-  platform_.emplace(interface_->item(), DesktopPlatform::Accessibility{selection_, tree_});
-  bridge_.emplace(
-      messengers_.host(), platform_->mainQueue(), platform_->services(), ConversionEngine());
+  accessibility_ = atspiAccessibility([this](std::uint64_t window) {
+    return windowPlace(platform_->server(), static_cast<XWindow>(window));
+  });
+  platform_.emplace(
+      interface_->item(),
+      DesktopPlatform::Accessibility{*accessibility_.selection, *accessibility_.tree});
+  bridge_.emplace(messengers_.host(),
+                  platform_->mainQueue(),
+                  platform_->services(),
+                  UniversalEngine::completeEngine());
   interface_->start();
   statusItem_.emplace(
       statusDescription,

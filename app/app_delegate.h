@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "app/desktop_platform.h"
-#include "app/no_file_manager.h"
 #include "bridge/bridge.h"
 #include "interface/interface_view.h"
+#include "platform/desktop/accessibility/accessibility.h"
 #include "platform/desktop/qt/tray_icon.h"
 
 namespace tolvane {
@@ -35,8 +35,7 @@ class AppDelegate {
 
  private:
   MessengerPair messengers_;
-  NoFileManagerSelection selection_;
-  NoAccessibilityTree tree_;
+  Accessibility accessibility_;
   std::optional<InterfaceView> interface_;
   std::optional<DesktopPlatform> platform_;
   std::optional<Bridge> bridge_;

@@ -147,6 +147,15 @@ bool XServer::exists(XWindow window) const {
              xcb_get_window_attributes_reply(connection_, cookie, nullptr)) != nullptr;
 }
 
+std::optional<Point> XServer::origin(XWindow window) const {
+  const auto cookie = xcb_translate_coordinates(connection_, window, root_, 0, 0);
+  const XReply<xcb_translate_coordinates_reply_t> reply(
+      xcb_translate_coordinates_reply(connection_, cookie, nullptr));
+  return reply ? std::optional(
+                     Point{static_cast<double>(reply->dst_x), static_cast<double>(reply->dst_y)})
+               : std::nullopt;
+}
+
 XWindow XServer::windowUnderPointer() const {
   XWindow window = noWindow;
   XWindow inner = root_;

@@ -4,8 +4,11 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "platform/desktop/geometry.h"
 
 struct xcb_connection_t;
 
@@ -38,6 +41,8 @@ class XServer {
 
   [[nodiscard]] XWindow activeWindow() const;
   [[nodiscard]] bool exists(XWindow window) const;
+  /// The top-left corner in pixels of the root window, y downwards; nullopt when it has gone.
+  [[nodiscard]] std::optional<Point> origin(XWindow window) const;
   /// The innermost window under the pointer; 0 when the pointer is on another screen.
   [[nodiscard]] XWindow windowUnderPointer() const;
   /// Whether a compositing manager blends windows, so that see-through parts are possible.
