@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/files/bytes.h"
+#include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "universal/documents/embedded_pictures.h"
 #include "universal/documents/picture_filter.h"
@@ -28,6 +29,15 @@ constexpr std::array<std::string_view, 4> packagedWriters = {"docx", "odt", "epu
 
 bool isPackaged(std::string_view writer) {
   return std::find(packagedWriters.begin(), packagedWriters.end(), writer) != packagedWriters.end();
+}
+
+bool isText(std::string_view reader) {
+  return reader == "markdown" || reader == "html";
+}
+
+/// Whether the writer names pictures where the document has them, or passes them over.
+bool namesPictures(std::string_view writer) {
+  return writer == "markdown" || writer == "html" || writer == "plain";
 }
 
 struct PandocRun {
@@ -87,6 +97,22 @@ void convertContainer(const JobContext& context, const PandocRun& wanted) {
   run(context, {writeFilter(context, RelativePictures::kept, "")}, wanted);
 }
 
+/// Takes the larger pictures out of a Markdown or HTML text.
+/// @param text outlives the result.
+EmbeddedPictures picturesIn(std::string_view text, std::string_view reader, std::string prefix) {
+  // A page that states its own address would have the names completed with it.
+  const bool hasAddress =
+      reader == "html" && FileNames::lower(text).find("<base") != std::string::npos;
+  return EmbeddedPictures(hasAddress ? std::string_view() : text, std::move(prefix));
+}
+
+/// @return the file for pandoc to read.
+fs::path writeLighterText(const JobContext& context, const EmbeddedPictures& pictures) {
+  fs::path file = context.freshFile("lighter-", "");
+  FileSystem::writeAtomically(file, asBytes(pictures.lighterText()));
+  return file;
+}
+
 /// For Markdown and HTML. They are read, and rid of what they do not hold, in the sandbox: the docx
 /// writer opens every file that is named before a filter of its own run sees it, and gives up when
 /// one is missing.
@@ -97,16 +123,27 @@ void convertText(const JobContext& context, const PandocRun& wanted) {
   const fs::path parsed = folder / wanted.input.filename();
   const std::string ownPrefix = folder.filename().string() + "/picture-";
   const std::string filter = writeFilter(context, RelativePictures::dropped, ownPrefix);
-  fs::path text = wanted.input;
-  if (wanted.reader == "markdown") {
-    const Bytes bytes = FileSystem::readAll(text);
-    if (const auto lighter = movePicturesOut(asText(bytes), context.workspace, ownPrefix)) {
-      text = context.freshFile("lighter-", ".md");
-      FileSystem::writeAtomically(text, asBytes(*lighter));
-    }
-  }
+  const Bytes bytes = FileSystem::readAll(wanted.input);
+  const EmbeddedPictures pictures = picturesIn(asText(bytes), wanted.reader, ownPrefix);
+  pictures.write(context.workspace);
+  const fs::path text = pictures.isEmpty() ? wanted.input : writeLighterText(context, pictures);
   run(context, {sandbox, filter}, {wanted.reader, "json", text, parsed});
   run(context, {}, {"json", wanted.writer, parsed, wanted.output});
+}
+
+/// For Markdown and HTML that become a text again, which holds the same pictures.
+void convertTextToText(const JobContext& context, const PandocRun& wanted) {
+  const Bytes bytes = FileSystem::readAll(wanted.input);
+  const EmbeddedPictures pictures =
+      picturesIn(asText(bytes), wanted.reader, "picture-" + FileSystem::newUuid() + "-");
+  if (pictures.isEmpty()) {
+    run(context, {sandbox}, wanted);
+    return;
+  }
+  const fs::path text = writeLighterText(context, pictures);
+  run(context, {sandbox}, {wanted.reader, wanted.writer, text, wanted.output});
+  const Bytes converted = FileSystem::readAll(wanted.output);
+  FileSystem::writeAtomically(wanted.output, asBytes(pictures.putBack(asText(converted))));
 }
 
 }  // namespace
@@ -140,9 +177,11 @@ void pandoc(const JobContext& context,
             const fs::path& input,
             const fs::path& output) {
   const PandocRun wanted = {reader, writer, input, output};
-  if (!isPackaged(writer) || canWriteInSandbox(context, writer)) {
+  if (isText(reader) && namesPictures(writer)) {
+    convertTextToText(context, wanted);
+  } else if (!isPackaged(writer) || canWriteInSandbox(context, writer)) {
     run(context, {sandbox}, wanted);
-  } else if (reader == "markdown" || reader == "html") {
+  } else if (isText(reader)) {
     convertText(context, wanted);
   } else {
     convertContainer(context, wanted);

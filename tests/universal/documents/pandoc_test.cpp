@@ -1,8 +1,13 @@
 #include "universal/documents/pandoc.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <ostream>
+#include <random>
 #include <string>
+#include <utility>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -29,10 +34,20 @@ using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 
-/// A picture for a Markdown text. A larger one is a longer address.
+/// The address of a picture of noise, which cannot be compressed: 40 KB for a side of 100.
+std::string dataAddress(int side) {
+  Bitmap noise{side, side, PixelLayout::rgb, {}};
+  noise.pixels.resize(noise.stride() * static_cast<std::size_t>(side));
+  std::mt19937 random(1);
+  std::generate(noise.pixels.begin(), noise.pixels.end(), [&random] {
+    return static_cast<std::uint8_t>(random());
+  });
+  return "data:image/png;base64," + Base64::encode(ImageEncoder::png(noise));
+}
+
+/// A picture for a Markdown text.
 std::string dataPicture(int side) {
-  const Bytes png = ImageEncoder::png(support::gradient(side, side, PixelLayout::rgb));
-  return "![held](data:image/png;base64," + Base64::encode(png) + ")";
+  return "![held](" + dataAddress(side) + ")";
 }
 
 /// How often `part` stands in a file.
@@ -65,11 +80,12 @@ class PandocTest : public support::UniversalFixture {
 
 TEST_F(PandocTest, RunsInItsSandbox) {
   standIn("pandoc");
-  pandoc(withStandIns(), "html", "plain", "/in/a.html", output());
+  const fs::path page = folder_.write("a.html", "<p>Text</p>");
+  pandoc(withStandIns(), "html", "plain", page, output());
   EXPECT_THAT(
       runsOf("pandoc"),
       ElementsAre(ElementsAre(
-          "--sandbox", "--from=html", "--to=plain", "/in/a.html", "-o", output().string())));
+          "--sandbox", "--from=html", "--to=plain", page.string(), "-o", output().string())));
 }
 
 TEST_F(PandocTest, KeepsTheSandboxWhereItCanWritePackages) {
@@ -132,7 +148,7 @@ TEST_F(PandocTest, ReportsItsFailures) {
   EXPECT_EQ(failureText([&] {
               pandoc({base_, LocalToolchain(EngineLocations{{}}), token_, workspace()},
                      "html",
-                     "plain",
+                     "rtf",
                      "/in/a.html",
                      output());
               return 0;
@@ -213,12 +229,49 @@ TEST_F(PandocTest, KeepsThePicturesOfContainers) {
 }
 
 TEST_F(PandocTest, MakesSlidesOfLargePictures) {
-  const std::string slides = "# Page 1\n\n" + dataPicture(400) + "\n\n# Page 2\n\n" +
-                             dataPicture(500) +
+  const std::string slides = "# Page 1\n\n" + dataPicture(100) + "\n\n# Page 2\n\n" +
+                             dataPicture(120) +
                              "\n\n# Page 3\n\n`![](data:image/png;base64,AAAA)`\n";
   document(slides, output(), "pptx", Markup::markdown, withEngines());
   EXPECT_EQ(countIn(output(), "ppt/media/"), 4);
   EXPECT_EQ(countIn(output(), "ppt/slides/slide3.xml"), 2);
+}
+
+TEST_F(PandocTest, KeepsLargePicturesOfTexts) {
+  const std::string one = dataAddress(100);
+  const std::string other = dataAddress(120);
+  const fs::path page = folder_.write(
+      "a.html", "<p>Text</p><img src=\"" + one + "\"><p>More</p><img src='" + other + "'>");
+  const fs::path text = folder_.write("a.md", "![](" + one + ")\n\n![](" + other + ")\n");
+  for (const auto& [reader, input] : {std::pair("html", page), std::pair("markdown", text)}) {
+    for (const char* writer : {"html", "markdown"}) {
+      convert(reader, writer, input);
+      EXPECT_EQ(countIn(output(), one), 1) << reader << " to " << writer;
+      EXPECT_EQ(countIn(output(), other), 1) << reader << " to " << writer;
+      EXPECT_EQ(countIn(output(), "picture-"), 0);
+    }
+    // The text is not to hold a name in the place of an address.
+    EXPECT_THAT(readText({page, FileKind::document, ""}, withEngines()), Not(HasSubstr("picture")));
+    convert(reader, "docx", input);
+    EXPECT_EQ(countIn(output(), "word/media/"), 4);
+  }
+  const fs::directory_iterator entries(workspace());
+  EXPECT_EQ(std::count_if(begin(entries),
+                          end(entries),
+                          [](const fs::directory_entry& entry) {
+                            return entry.path().filename().string().starts_with("lighter-") &&
+                                   entry.file_size() < 1000;
+                          }),
+            8);  // of the six conversions and the two readings
+}
+
+TEST_F(PandocTest, KeepsLargePicturesOfAPageThatStatesItsAddress) {
+  const std::string address = dataAddress(100);
+  convert("html",
+          "markdown",
+          folder_.write("a.html",
+                        "<head><BASE href='http://192.0.2.1/'></head><img src='" + address + "'>"));
+  EXPECT_EQ(countIn(output(), "(" + address), 1);
 }
 
 TEST_F(PandocTest, FetchesNothing) {
