@@ -1,8 +1,11 @@
 #include "universal/documents/pandoc.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <ostream>
+#include <random>
 #include <string>
 #include <utility>
 
@@ -32,12 +35,18 @@ using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::Not;
 
+/// The address of a picture of noise, which cannot be compressed: 40 KB for a side of 100.
 std::string dataAddress(int side) {
-  const Bytes png = ImageEncoder::png(support::gradient(side, side, PixelLayout::rgb));
-  return "data:image/png;base64," + Base64::encode(png);
+  Bitmap noise{side, side, PixelLayout::rgb, {}};
+  noise.pixels.resize(noise.stride() * static_cast<std::size_t>(side));
+  std::mt19937 random(1);
+  std::generate(noise.pixels.begin(), noise.pixels.end(), [&random] {
+    return static_cast<std::uint8_t>(random());
+  });
+  return "data:image/png;base64," + Base64::encode(ImageEncoder::png(noise));
 }
 
-/// A picture for a Markdown text. A larger one is a longer address.
+/// A picture for a Markdown text.
 std::string dataPicture(int side) {
   return "![held](" + dataAddress(side) + ")";
 }
@@ -229,8 +238,8 @@ TEST_F(PandocTest, KeepsThePicturesOfContainers) {
 }
 
 TEST_F(PandocTest, MakesSlidesOfLargePictures) {
-  const std::string slides = "# Page 1\n\n" + dataPicture(400) + "\n\n# Page 2\n\n" +
-                             dataPicture(500) +
+  const std::string slides = "# Page 1\n\n" + dataPicture(100) + "\n\n# Page 2\n\n" +
+                             dataPicture(120) +
                              "\n\n# Page 3\n\n`![](data:image/png;base64,AAAA)`\n";
   document(slides, output(), "pptx", Markup::markdown, withEngines());
   EXPECT_EQ(countIn(output(), "ppt/media/"), 4);
@@ -238,8 +247,8 @@ TEST_F(PandocTest, MakesSlidesOfLargePictures) {
 }
 
 TEST_F(PandocTest, KeepsLargePicturesOfTexts) {
-  const std::string one = dataAddress(400);
-  const std::string other = dataAddress(500);
+  const std::string one = dataAddress(100);
+  const std::string other = dataAddress(120);
   const fs::path page = folder_.write(
       "a.html", "<p>Text</p><img src=\"" + one + "\"><p>More</p><img src='" + other + "'>");
   const fs::path text = folder_.write("a.md", "![](" + one + ")\n\n![](" + other + ")\n");
@@ -266,7 +275,7 @@ TEST_F(PandocTest, KeepsLargePicturesOfTexts) {
 }
 
 TEST_F(PandocTest, KeepsLargePicturesOfAPageThatStatesItsAddress) {
-  const std::string address = dataAddress(400);
+  const std::string address = dataAddress(100);
   convert("html",
           "markdown",
           folder_.write("a.html",
