@@ -37,9 +37,11 @@ class UniversalJobFixture : public ::testing::Test {
     return support::failureText([&] { return run(capability, inputs, std::move(options)); });
   }
 
-  std::vector<std::filesystem::path> runJob(const Names& inputs, Value::Map options) {
+  std::vector<std::filesystem::path> runJob(const Names& inputs,
+                                            Value::Map options,
+                                            const std::string& action = "universal") {
     progress_.clear();
-    Job job = {"universal", {}, destination_, std::move(options), token_, {}};
+    Job job = {action, {}, destination_, std::move(options), token_, {}};
     for (const std::string& input : inputs) {
       job.inputs.push_back(sources_ / input);
     }
