@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <utility>
 
 #include "engine/primitives/conversion_failure.h"
@@ -101,11 +102,17 @@ class DelimitedReader {
     cell_.clear();
   }
 
-  /// Each finished row takes no more memory than it needs.
+  /// A short row is moved out cell by cell, so that `row_` keeps its memory for the next one; a
+  /// long one goes as a whole, without a second list of its cells.
   void finishRow() {
+    constexpr std::size_t longRow = 1024;
     finishCell();
-    row_.shrink_to_fit();
-    rows_.push_back(std::move(row_));
+    if (row_.size() < longRow) {
+      rows_.emplace_back(std::make_move_iterator(row_.begin()),
+                         std::make_move_iterator(row_.end()));
+    } else {
+      rows_.push_back(std::move(row_));
+    }
     row_.clear();
   }
 
