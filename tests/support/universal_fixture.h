@@ -20,7 +20,7 @@ class UniversalFixture : public ::testing::Test {
 
   UniversalFixture() {
     std::filesystem::create_directory(folder_ / "bin");
-    std::filesystem::create_directory(folder_ / "workspace");
+    std::filesystem::create_directory(folder_ / "work");
   }
 
   /// Makes an engine that records its arguments and then runs `script`, in which $output is its
@@ -51,7 +51,7 @@ class UniversalFixture : public ::testing::Test {
     return runs;
   }
 
-  [[nodiscard]] std::filesystem::path workspace() const { return folder_ / "workspace"; }
+  [[nodiscard]] std::filesystem::path workspace() const { return folder_ / "work"; }
   [[nodiscard]] JobContext withStandIns() const { return {base_, standIns_, token_, workspace()}; }
   [[nodiscard]] JobContext withEngines() const { return {base_, engines_, token_, workspace()}; }
 

@@ -95,7 +95,7 @@ TEST_F(ReadTextTest, ExtractsIntoTheWorkspace) {
                                       "--to=plain",
                                       "/in/a.docx",
                                       "-o",
-                                      MatchesRegex(".*/workspace/extracted-[0-9A-F-]+\\.txt"))));
+                                      MatchesRegex(".*/work/extracted-[0-9A-F-]+\\.txt"))));
 }
 
 struct RefusedCase {
