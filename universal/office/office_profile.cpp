@@ -1,10 +1,13 @@
 #include "universal/office/office_profile.h"
 
+#include <string>
 #include <string_view>
 #include <system_error>
 
+#include "engine/primitives/split_text.h"
 #include "platform/files/bytes.h"
 #include "platform/files/file_system.h"
+#include "platform/text/text_file.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -24,9 +27,38 @@ constexpr std::string_view settings = R"(<?xml version="1.0" encoding="UTF-8"?>
 </oor:items>
 )";
 
+/// The number of the build as the suite's own program folder gives it; empty when it does not.
+std::string buildOf(const fs::path& suite) {
+  std::error_code error;
+  const fs::path program = fs::canonical(suite, error);
+  const fs::path version = program.parent_path() / "versionrc";
+  if (error || !fs::is_regular_file(version, error)) {
+    return {};
+  }
+  constexpr std::string_view key = "buildid=";
+  const std::string text = TextFile::read(version);
+  std::string build;
+  forEachPiece(text, "\n", [&build, key](std::string_view line) {
+    if (line.starts_with(key)) {
+      build = line.substr(key.size());
+    }
+  });
+  return build;
+}
+
+/// In a profile of another build, for which it takes a new one, the suite starts a second time
+/// after a look through its extensions: a sixth of the time that a letter takes.
+void nameBuild(const fs::path& user, const fs::path& suite) {
+  const std::string build = buildOf(suite);
+  if (!build.empty()) {
+    FileSystem::createDirectory(user / "extensions", ownerOnly);
+    FileSystem::writeAtomically(user / "extensions" / "buildid", asBytes(build));
+  }
+}
+
 }  // namespace
 
-void makeOfficeProfile(const fs::path& profile) {
+void makeOfficeProfile(const fs::path& profile, const fs::path& suite) {
   const fs::path user = profile / "user";
   const fs::path file = user / "registrymodifications.xcu";
   std::error_code ignored;
@@ -35,6 +67,7 @@ void makeOfficeProfile(const fs::path& profile) {
   }
   FileSystem::createDirectory(profile, ownerOnly);
   FileSystem::createDirectory(user, ownerOnly);
+  nameBuild(user, suite);
   FileSystem::writeAtomically(file, asBytes(settings));
 }
 

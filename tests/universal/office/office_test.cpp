@@ -21,6 +21,7 @@ using support::failureText;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 constexpr const char* notExported =
@@ -147,6 +148,12 @@ TEST_F(OfficeTest, ReportsWhatWentWrong) {
 }
 
 // The suite itself, confined.
+
+TEST_F(OfficeTest, SparesTheSuiteItsSecondStart) {
+  office(folder_.write("a.csv", "a,b\n"), "tsv", output(), withEngines());
+  EXPECT_THAT(contentOf(workspace() / "lo-profile/user/registrymodifications.xcu"),
+              AllOf(HasSubstr("ooSetupInstCompleted"), Not(HasSubstr("RestartInProgress"))));
+}
 
 TEST_F(OfficeTest, ReadsDelimitedTextAsUtf8) {
   const fs::path commas = folder_.write("sheet of Jürgen.csv", "a,\"b, c\",ä\n1,2,3\n");
