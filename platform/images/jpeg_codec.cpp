@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <turbojpeg.h>
+#include <utility>
 
 #include "platform/files/platform_error.h"
 #include "platform/images/grey_detection.h"
@@ -36,6 +37,26 @@ int turboLayout(PixelLayout layout) {
       return TJPF_BGRX;
   }
   return TJPF_UNKNOWN;
+}
+
+/// @param bitmap its layout, and its size, which is that of the photo at one of the library's
+/// scales.
+std::optional<Bitmap> decode(const JpegPhoto& photo, Bitmap bitmap) {
+  const Turbo turbo(tjInitDecompress());
+  bitmap.pixels.resize(bitmap.stride() * static_cast<std::size_t>(bitmap.height));
+  const int failed = tjDecompress2(turbo.get(),
+                                   photo.data.data(),
+                                   photo.data.size(),
+                                   bitmap.pixels.data(),
+                                   bitmap.width,
+                                   packedRows,
+                                   bitmap.height,
+                                   turboLayout(bitmap.layout),
+                                   TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS);
+  if (failed != 0) {
+    return std::nullopt;
+  }
+  return bitmap;
 }
 
 }  // namespace
@@ -80,23 +101,28 @@ std::optional<ImageEncoder::EncodedSize> size(BytesView encoded) {
 }
 
 std::optional<Bitmap> decodeWithoutComplaint(const JpegPhoto& photo) {
-  const Turbo turbo(tjInitDecompress());
-  Bitmap bitmap{
-      photo.width, photo.height, photo.components == 1 ? PixelLayout::grey : PixelLayout::rgb, {}};
-  bitmap.pixels.resize(bitmap.stride() * static_cast<std::size_t>(bitmap.height));
-  const int failed = tjDecompress2(turbo.get(),
-                                   photo.data.data(),
-                                   photo.data.size(),
-                                   bitmap.pixels.data(),
-                                   bitmap.width,
-                                   packedRows,
-                                   bitmap.height,
-                                   turboLayout(bitmap.layout),
-                                   TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS);
-  if (failed != 0) {
-    return std::nullopt;
+  return decode(photo,
+                {photo.width,
+                 photo.height,
+                 photo.components == 1 ? PixelLayout::grey : PixelLayout::rgb,
+                 {}});
+}
+
+std::optional<ReducedPhoto> decodeCovering(const JpegPhoto& photo, int width, int height) {
+  constexpr int parts = 8;
+  const PixelLayout layout = photo.components == 1 ? PixelLayout::grey : PixelLayout::bgrx;
+  for (int part = 1; part <= parts; ++part) {
+    const tjscalingfactor scale{part, parts};
+    Bitmap bitmap{TJSCALED(photo.width, scale), TJSCALED(photo.height, scale), layout, {}};
+    if (bitmap.width >= width && bitmap.height >= height) {
+      std::optional<Bitmap> decoded = decode(photo, std::move(bitmap));
+      if (!decoded) {
+        return std::nullopt;
+      }
+      return ReducedPhoto{*std::move(decoded), static_cast<double>(part) / parts};
+    }
   }
-  return bitmap;
+  return std::nullopt;
 }
 
 }  // namespace tolvane::JpegCodec

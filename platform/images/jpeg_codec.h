@@ -23,4 +23,16 @@ namespace tolvane::JpegCodec {
 /// reader must judge such a file.
 [[nodiscard]] std::optional<Bitmap> decodeWithoutComplaint(const JpegPhoto& photo);
 
+/// A photo decoded at a scale of its size.
+struct ReducedPhoto {
+  Bitmap picture;    ///< grey or bgrx
+  double scale = 1;  ///< of the last column and row, a part may lie outside the photo
+};
+
+/// As above, at the least of the library's scales, which are eighths, at which the picture covers
+/// `width` x `height`. @return nullopt also when even the photo itself does not.
+[[nodiscard]] std::optional<ReducedPhoto> decodeCovering(const JpegPhoto& photo,
+                                                         int width,
+                                                         int height);
+
 }  // namespace tolvane::JpegCodec

@@ -1,5 +1,6 @@
 #include "platform/images/pixel_loops.h"
 
+#include <algorithm>
 #include <cstring>
 
 // The resolvers that choose a version run before the sanitizers are ready.
@@ -50,6 +51,14 @@ void greyFromBgrx(Byte* __restrict out, const Byte* __restrict row, std::size_t 
 }
 
 TOLVANE_VECTORS
+void bgrxFromGrey(Byte* __restrict out, const Byte* __restrict row, std::size_t pixels) {
+  for (std::size_t i = 0; i < pixels; ++i) {
+    const std::uint32_t pixel = row[i] * 0x010101U | 0xFF000000U;
+    std::memcpy(out + 4 * i, &pixel, sizeof pixel);
+  }
+}
+
+TOLVANE_VECTORS
 void rgbFromBgrx(Byte* __restrict out, const Byte* __restrict row, std::size_t pixels) {
   for (std::size_t i = 0; i < pixels; ++i) {
     out[3 * i] = row[4 * i + 2];
@@ -66,6 +75,27 @@ void rgbOverWhite(Byte* __restrict out, const Byte* __restrict rgba, std::size_t
     for (std::size_t component = 0; component < 3; ++component) {
       out[3 * i + component] = static_cast<Byte>((rgba[4 * i + component] * alpha + white) / 255U);
     }
+  }
+}
+
+TOLVANE_VECTORS
+void addWeighted(std::int32_t* __restrict sums,
+                 const Byte* __restrict row,
+                 std::int16_t weight,
+                 std::size_t bytes) {
+  for (std::size_t i = 0; i < bytes; ++i) {
+    sums[i] += row[i] * weight;
+  }
+}
+
+TOLVANE_VECTORS
+void bytesFromWeighted(Byte* __restrict out,
+                       const std::int32_t* __restrict sums,
+                       std::size_t bytes) {
+  constexpr std::int32_t half = 1 << (weightBits - 1);
+  for (std::size_t i = 0; i < bytes; ++i) {
+    const std::int32_t value = (sums[i] + half) >> weightBits;
+    out[i] = static_cast<Byte>(std::clamp(value, 0, 255));
   }
 }
 

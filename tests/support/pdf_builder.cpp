@@ -112,6 +112,11 @@ PdfBuilder& PdfBuilder::wrongCount(std::size_t count) {
   return *this;
 }
 
+PdfBuilder& PdfBuilder::object(std::string object) {
+  objects_.push_back(std::move(object));
+  return *this;
+}
+
 std::string PdfBuilder::bytes() const {
   std::string kids;
   std::vector<std::string> objects = {
@@ -128,6 +133,7 @@ std::string PdfBuilder::bytes() const {
                            wrongCount_.value_or(pages_.size()),
                            kids,
                            inherited_);
+  objects.insert(objects.end(), objects_.begin(), objects_.end());
   return fileOf(objects, information_);
 }
 

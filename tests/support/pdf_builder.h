@@ -32,6 +32,9 @@ class PdfBuilder {
   /// States a number of pages that is not theirs.
   PdfBuilder& wrongCount(std::size_t count);
 
+  /// An object behind those of the pages: the first one has the number 2 * pages + 4.
+  PdfBuilder& object(std::string object);
+
   [[nodiscard]] std::string bytes() const;
   std::filesystem::path write(const std::filesystem::path& file) const;
   /// Encrypted (AES, 256 bits): opens only with the password.
@@ -46,6 +49,7 @@ class PdfBuilder {
   std::string inherited_;
   std::string information_;
   std::optional<std::size_t> wrongCount_;
+  std::vector<std::string> objects_;
 };
 
 }  // namespace tolvane::support

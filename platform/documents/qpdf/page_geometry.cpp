@@ -1,17 +1,13 @@
 #include "platform/documents/qpdf/page_geometry.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <optional>
 
 #include <qpdf/QPDFPageObjectHelper.hh>
 
 namespace tolvane::PageGeometry {
 
 namespace {
-
-using Box = std::array<double, 4>;  // left, bottom, right, top
 
 /// The corners may stand in any order. nullopt when the entry is no box of finite size.
 std::optional<Box> boxOf(const QPDFObjectHandle& page, const char* key) {
@@ -30,9 +26,13 @@ std::optional<Box> boxOf(const QPDFObjectHandle& page, const char* key) {
 
 }  // namespace
 
+std::optional<Box> mediaBox(const QPDFObjectHandle& page) {
+  return boxOf(page, "/MediaBox");
+}
+
 PdfPageGeometry of(const QPDFObjectHandle& page) {
   PdfPageGeometry geometry;
-  if (const std::optional<Box> box = boxOf(page, "/MediaBox")) {
+  if (const std::optional<Box> box = mediaBox(page)) {
     geometry.width = (*box)[2] - (*box)[0];
     geometry.height = (*box)[3] - (*box)[1];
   }
@@ -48,7 +48,7 @@ PdfPageGeometry of(const QPDFObjectHandle& page) {
 
 bool isCropped(const QPDFObjectHandle& page) {
   const std::optional<Box> cropBox = boxOf(page, "/CropBox");
-  return cropBox && cropBox != boxOf(page, "/MediaBox");
+  return cropBox && cropBox != mediaBox(page);
 }
 
 }  // namespace tolvane::PageGeometry

@@ -1,11 +1,19 @@
 #pragma once
 
+#include <array>
+#include <optional>
+
 #include "platform/documents/pdf_document.h"
 
 class QPDFObjectHandle;
 
 /// The boxes and the rotation of a page, inherited values included.
 namespace tolvane::PageGeometry {
+
+using Box = std::array<double, 4>;  ///< left, bottom, right, top; points
+
+/// @return nullopt when the page has none of finite size; it may be empty.
+[[nodiscard]] std::optional<Box> mediaBox(const QPDFObjectHandle& page);
 
 [[nodiscard]] PdfPageGeometry of(const QPDFObjectHandle& page);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <stdexcept>
 #include <utility>
 
 #include <qpdf/QPDF.hh>
@@ -10,6 +11,8 @@
 #include "platform/documents/qpdf/library_errors.h"
 #include "platform/documents/qpdf/page_geometry.h"
 #include "platform/documents/qpdf/rendering_copy.h"
+#include "platform/documents/qpdf/scanned_page.h"
+#include "platform/images/scaled_photo.h"
 
 namespace tolvane {
 
@@ -88,8 +91,23 @@ void SourceDocument::render(int page, int width, int height, Bitmap& bitmap) {
     // The page reader would take a page of American letter size instead.
     throw PlatformError("The page has no area to paint.");
   }
-  reader().render(page, width, height, bitmap);
+  if (!renderScan(page, width, height, bitmap)) {
+    reader().render(page, width, height, bitmap);
+  }
   checkUnchanged();
+}
+
+bool SourceDocument::renderScan(int page, int width, int height, Bitmap& bitmap) {
+  try {
+    const std::optional<JpegPhoto> photo = ScannedPage::photoOf(pageAt(page));
+    std::optional<Bitmap> painted = photo ? scaledPhoto(*photo, width, height) : std::nullopt;
+    if (painted) {
+      bitmap = *std::move(painted);
+    }
+    return painted.has_value();
+  } catch (const std::runtime_error&) {
+    return false;  // the page reader is more patient with damage
+  }
 }
 
 std::string SourceDocument::text(int page) {

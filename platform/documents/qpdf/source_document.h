@@ -39,6 +39,8 @@ class SourceDocument : public PdfDocument {
  private:
   [[nodiscard]] const QPDFObjectHandle& pageAt(int page) const;
   [[nodiscard]] PageReader& reader();
+  /// @return false when the page is no scan, or not one that covers so many pixels.
+  [[nodiscard]] bool renderScan(int page, int width, int height, Bitmap& bitmap);
   [[nodiscard]] std::optional<std::string> textReadAhead(int page);
   [[nodiscard]] bool needsCopy() const;
   [[nodiscard]] bool deservesCopy() const;
