@@ -59,8 +59,11 @@ std::optional<Bitmap> plainPicture(const fs::path& file, int maxDimension) {
 class QuickDecoder final : public ImageDecoder {
  public:
   std::optional<ImageHeader> probe(const fs::path& file) override {
-    const std::optional<ImageHeader> header =
-        imageHeader(FileSystem::readPrefix(file, imageHeaderLimit));
+    const Bytes start = FileSystem::readPrefix(file, imageHeaderLimit);
+    if (!mayBeImage(start)) {
+      return std::nullopt;
+    }
+    const std::optional<ImageHeader> header = imageHeader(start);
     return header ? header : completeDecoder().probe(file);
   }
 

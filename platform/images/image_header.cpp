@@ -1,6 +1,7 @@
 #include "platform/images/image_header.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 #include <string_view>
@@ -78,7 +79,36 @@ std::optional<ImageHeader> jpegHeader(BytesView start) {
   return std::nullopt;
 }
 
+/// ISO media with one of the brands of HEIF and AVIF.
+bool isHeif(BytesView start) {
+  constexpr std::array<std::string_view, 10> brands = {
+      "heic", "heix", "hevc", "heim", "heis", "hevm", "hevs", "mif1", "msf1", "avif"};
+  return start.size() >= 12 && startsWith(start.subspan(4), "ftyp") &&
+         std::any_of(brands.begin(), brands.end(), [start](std::string_view brand) {
+           return startsWith(start.subspan(8), brand);
+         });
+}
+
 }  // namespace
+
+bool mayBeImage(BytesView start) {
+  constexpr std::array<std::string_view, 12> signatures = {"\xFF\xD8\xFF"sv,  // JPEG
+                                                           "\x89PNG"sv,
+                                                           "GIF"sv,
+                                                           "BM"sv,
+                                                           "II*\0"sv,
+                                                           "MM\0*"sv,
+                                                           "II+\0"sv,
+                                                           "MM\0+"sv,  // TIFF, BigTIFF
+                                                           "\0\0\0\x0CjP  \r\n\x87\n"sv,
+                                                           "\r\n\x87\n"sv,
+                                                           "\xFF\x4F\xFF\x51"sv,  // JPEG 2000
+                                                           "RIFF"sv};             // WebP
+  return isHeif(start) ||
+         std::any_of(signatures.begin(), signatures.end(), [start](std::string_view signature) {
+           return startsWith(start, signature);
+         });
+}
 
 std::optional<ImageHeader> imageHeader(BytesView start) {
   const std::optional<ImageHeader> png = pngHeader(start);

@@ -12,6 +12,10 @@ namespace tolvane {
 /// profile before the size.
 inline constexpr std::size_t imageHeaderLimit = 262144;
 
+/// @param start at least the first 12 bytes of a file, if it has so many.
+/// @return false when no decoder would take it for an image; spares it the loading of them all.
+[[nodiscard]] bool mayBeImage(BytesView start);
+
 /// @param start the first bytes of a file.
 /// @return nullopt when they do not settle that this is a JPEG or PNG, and its size.
 [[nodiscard]] std::optional<ImageHeader> imageHeader(BytesView start);
