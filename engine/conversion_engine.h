@@ -58,7 +58,7 @@ class ConversionEngine {
   explicit ConversionEngine(UniversalRunner universal) : universal_(std::move(universal)) {}
 
   /// The gate that every file passes: its kind and detail line, or its refusal.
-  [[nodiscard]] AdmittedFile admit(const std::filesystem::path& url) const;
+  [[nodiscard]] AdmittedFile admit(const std::filesystem::path& given) const;
   [[nodiscard]] FileInfo inspect(const std::filesystem::path& url) const;
 
   /// Opens a PDF that is whole, unlocked and of 1 to 500 pages.

@@ -55,11 +55,11 @@ void requireFittingFiles(NativeAction action, const std::vector<AdmittedFile>& f
 }
 
 void requireCombinableImages(const std::vector<AdmittedFile>& files) {
+  constexpr double unknown = std::numeric_limits<double>::infinity();
   double area = 0;
   for (const AdmittedFile& file : files) {
     const auto header = imageDecoder().probe(file.info.url);
-    area += header ? static_cast<double>(header->width) * header->height
-                   : std::numeric_limits<double>::infinity();
+    area += header ? static_cast<double>(header->width) * header->height : unknown;
   }
   if (area > Limits::maxCombinedImageArea) {
     throw ConversionFailure::message(
@@ -110,6 +110,7 @@ std::vector<fs::path> runNativeJob(const ConversionEngine& engine, const Job& jo
     requireCombinableImages(files);
   }
   std::vector<fs::path> sources;
+  sources.reserve(files.size());
   for (const AdmittedFile& file : files) {
     sources.push_back(file.info.url);
   }

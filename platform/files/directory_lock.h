@@ -12,6 +12,8 @@ class DirectoryLock {
   /// @return nullopt when another process holds the lock or the folder cannot be opened.
   [[nodiscard]] static std::optional<DirectoryLock> tryLock(const std::filesystem::path& folder);
 
+  DirectoryLock(const DirectoryLock&) = delete;
+  DirectoryLock& operator=(const DirectoryLock&) = delete;
   DirectoryLock(DirectoryLock&& other) noexcept;
   DirectoryLock& operator=(DirectoryLock&& other) noexcept;
   ~DirectoryLock();
