@@ -4,12 +4,14 @@
 #include <variant>
 
 #include "bridge/unavailable_services.h"
+#include "engine/job_workspace.h"
 #include "universal/dispatch/universal_engine.h"
 
 namespace tolvane {
 
 HostSession::HostSession(std::function<void()> interrupted)
-    : interrupt_(interrupted ? std::make_unique<Interrupt>(loop_, std::move(interrupted))
+    : interrupt_(interrupted ? std::make_unique<Interrupt>(
+                                   loop_, std::move(interrupted), JobWorkspace::removeAll)
                              : nullptr),
       bridge_(messengers_.host(), loop_, unavailableServices(), UniversalEngine::completeEngine()),
       client_(messengers_.interface()) {}

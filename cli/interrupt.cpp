@@ -28,8 +28,10 @@ sigset_t endingSignals() {
 
 }  // namespace
 
-Interrupt::Interrupt(EventLoop& loop, std::function<void()> interrupted)
-    : loop_(loop), interrupted_(std::move(interrupted)) {
+Interrupt::Interrupt(EventLoop& loop,
+                     std::function<void()> interrupted,
+                     std::function<void()> ending)
+    : loop_(loop), interrupted_(std::move(interrupted)), ending_(std::move(ending)) {
   const sigset_t signals = endingSignals();
   ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   descriptor_ = ::signalfd(-1, &signals, SFD_CLOEXEC);
@@ -47,12 +49,20 @@ Interrupt::~Interrupt() {
 void Interrupt::take() {
   signalfd_siginfo taken = {};
   [[maybe_unused]] const ssize_t count = ::read(descriptor_, &taken, sizeof taken);
-  loop_.unwatch(descriptor_);
+  if (interrupted_) {
+    std::exchange(interrupted_, nullptr)();
+  } else if (taken.ssi_signo == SIGINT) {
+    end();
+  }
+}
+
+void Interrupt::end() {
   sigset_t controlC = {};
   ::sigemptyset(&controlC);
   ::sigaddset(&controlC, SIGINT);
   ::pthread_sigmask(SIG_UNBLOCK, &controlC, nullptr);
-  interrupted_();
+  ending_();
+  std::raise(SIGINT);
 }
 
 }  // namespace tolvane

@@ -75,31 +75,44 @@ Value typedValue(const Setting& setting, const std::string& text) {
                    std::string(setting.hint) + ".");
 }
 
-/// The type that the offer's field of this key names; empty when there is no such field.
-std::string fieldType(const Value& fields, const std::string& key) {
-  if (fields.list() != nullptr) {
-    for (const Value& field : *fields.list()) {
-      if (field["key"] == Value(key)) {
-        return *field["type"].text();
-      }
-    }
+std::string keysOf(const Value::List& fields) {
+  std::string keys;
+  for (const Value& field : fields) {
+    keys += (keys.empty() ? "" : ", ") + *field["key"].text();
   }
-  return {};
+  return keys;
+}
+
+/// The type that the offer's field of this key names.
+std::string fieldType(const Value::List& fields, const std::string& key) {
+  const auto found = std::find_if(fields.begin(), fields.end(), [&key](const Value& field) {
+    return field["key"] == Value(key);
+  });
+  if (found == fields.end()) {
+    throw UsageError("This has no option " + key + ", only " + keysOf(fields) + ".");
+  }
+  return *(*found)["type"].text();
+}
+
+Value fieldValue(const Value::List& fields, const std::string& key, const std::string& text) {
+  const std::string type = fieldType(fields, key);
+  if (type == "number") {
+    return typedValue({key, SettingType::number, "a number"}, text);
+  }
+  if (type == "bool") {
+    return typedValue({key, SettingType::flag, "true or false"}, text);
+  }
+  return text;
 }
 
 }  // namespace
 
 Value::Map offerOptions(const Arguments& arguments, const Value& fields) {
+  const bool hasFields = fields.list() != nullptr && !fields.list()->empty();
   Value::Map options;
   for (const auto& [key, text] : arguments.settings) {
-    const std::string type = fieldType(fields, key);
-    if (type == "number") {
-      options[key] = typedValue({key, SettingType::number, "a number"}, text);
-    } else if (type == "bool") {
-      options[key] = typedValue({key, SettingType::flag, "true or false"}, text);
-    } else {
-      options[key] = type == "text" ? Value(text) : parsed(text).value_or(Value(text));
-    }
+    options[key] =
+        hasFields ? fieldValue(*fields.list(), key, text) : parsed(text).value_or(Value(text));
   }
   return options;
 }

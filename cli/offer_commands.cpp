@@ -32,11 +32,11 @@ ExitStatus runOffer(const Arguments& arguments,
                     const char* group,
                     const std::string& id) {
   const Value offer = offerFor(arguments, firstFile, group, id);
-  Value::Map options = offerOptions(arguments, offer["fields"]);
   const std::string* native = offer["nativeAction"].text();
   if (native != nullptr && !native->empty()) {
-    return runJob(arguments, *native, firstFile, std::move(options));
+    return runJob(arguments, *native, firstFile, actionOptions(arguments));
   }
+  Value::Map options = offerOptions(arguments, offer["fields"]);
   options["capabilityID"] = id;
   return runJob(arguments, "universal", firstFile, std::move(options));
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <mutex>
+#include <set>
 #include <string_view>
 #include <system_error>
 
@@ -45,6 +47,17 @@ void removeAbandonedWorkspaces(const fs::path& destination) {
   }
 }
 
+/// The workspaces of this process.
+struct LivingWorkspaces {
+  std::mutex lock;
+  std::set<fs::path> paths;
+};
+
+LivingWorkspaces& living() {
+  static LivingWorkspaces workspaces;
+  return workspaces;
+}
+
 }  // namespace
 
 JobWorkspace::JobWorkspace(const fs::path& destination)
@@ -52,10 +65,21 @@ JobWorkspace::JobWorkspace(const fs::path& destination)
   removeAbandonedWorkspaces(destination);
   FileSystem::createDirectory(path_, ownerOnly);
   lock_ = DirectoryLock::tryLock(path_);
+  const std::lock_guard guard(living().lock);
+  living().paths.insert(path_);
 }
 
 JobWorkspace::~JobWorkspace() {
   FileSystem::removeQuietly(path_);
+  const std::lock_guard guard(living().lock);
+  living().paths.erase(path_);
+}
+
+void JobWorkspace::removeAll() {
+  const std::lock_guard guard(living().lock);
+  for (const fs::path& path : living().paths) {
+    FileSystem::removeQuietly(path);
+  }
 }
 
 }  // namespace tolvane

@@ -24,6 +24,10 @@ class JobWorkspace {
 
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
+  /// Removes the workspaces of every job that still runs, for a process that is about to end
+  /// without waiting for them. Any thread.
+  static void removeAll();
+
  private:
   std::filesystem::path path_;
   std::optional<DirectoryLock> lock_;  // absent where the file system has no locks

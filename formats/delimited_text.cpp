@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t maxRows = 100'000;
 constexpr std::size_t maxCellBytes = 999'999;
+constexpr std::size_t longRow = 1024;  // cells
 constexpr char quote = '"';
 constexpr std::string_view lineEnd = "\r\n";
 
@@ -98,14 +99,26 @@ class DelimitedReader {
   }
 
   void finishCell() {
+    if (row_.size() == row_.capacity() && row_.size() >= longRow) {
+      growLongRow();
+    }
     row_.push_back(std::move(cell_));
     cell_.clear();
+  }
+
+  /// Makes room for the rest of the line at once: growing step by step, a row would take up to
+  /// three times its memory. Line ends within quotes make it grow again.
+  void growLongRow() {
+    const std::string_view rest =
+        text_.substr(position_, text_.find_first_of("\r\n", position_) - position_);
+    const auto cells =
+        static_cast<std::size_t>(std::count(rest.begin(), rest.end(), delimiter_)) + 2;
+    row_.reserve(row_.size() + std::max(cells, row_.size() / 2));
   }
 
   /// A short row is moved out cell by cell, so that `row_` keeps its memory for the next one; a
   /// long one goes as a whole, without a second list of its cells.
   void finishRow() {
-    constexpr std::size_t longRow = 1024;
     finishCell();
     if (row_.size() < longRow) {
       rows_.emplace_back(std::make_move_iterator(row_.begin()),

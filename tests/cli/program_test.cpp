@@ -144,6 +144,13 @@ TEST_F(ProgramTest, TellsWrongUsageFromFailure) {
   EXPECT_EQ(run({"inspect", path("missing")}), 1);
 }
 
+TEST_F(ProgramTest, RefusesOptionsThatAnOfferDoesNotHave) {
+  EXPECT_EQ(run({"convert", path("a.pdf"), "--to", "txt", "--set", "orc=false"}), 2);
+  EXPECT_EQ(err(), "This has no option orc, only ocr. See tolvane --help.\n");
+  EXPECT_EQ(run({"tool", "split", path("a.pdf"), "--set", "rnage=1"}), 2);
+  EXPECT_EQ(err(), "No action has an option rnage. See tolvane --help.\n");
+}
+
 TEST_F(ProgramTest, ListsOffers) {
   EXPECT_EQ(run({"offers", path("a.pdf")}), 0);
   EXPECT_THAT(out(), AllOf(HasSubstr("Pdf → DOCX · offline"), HasSubstr("Organize pages")));

@@ -1,6 +1,7 @@
 #include "formats/text_pdf.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <ostream>
@@ -62,6 +63,11 @@ class TextPdfTest : public ::testing::Test {
       }
     }
     return read;
+  }
+  std::vector<std::uint8_t> picture(std::string_view text) {
+    Bitmap bitmap;
+    pdf(text)->render(0, 595, 842, bitmap);
+    return {bitmap.pixels.begin(), bitmap.pixels.end()};
   }
   Ink ink(std::string_view text) {
     Bitmap bitmap;
@@ -149,6 +155,17 @@ TEST_F(TextPdfTest, StaysInsideTheFrame) {
   EXPECT_GT(full.right, 540);
   EXPECT_LE(full.bottom, 800);
   EXPECT_GT(full.bottom, 780);
+}
+
+TEST_F(TextPdfTest, SetsKnownWordsAsItSetsAWholeLine) {
+  // A character without width keeps a line from being put together from its words.
+  for (const char* line : {"AVAToffi(fi) “T.” – café,  12.5 ",
+                           "well-known and/or (a) ( b) \"c\" 1 - 2; ",
+                           "    a--b Łódź!  ",
+                           "x"}) {
+    const std::string text = repeated(line, 40) + "end";
+    EXPECT_EQ(picture(text), picture(text + "\u2060")) << line;
+  }
 }
 
 TEST_F(TextPdfTest, AlignsRightToLeftParagraphsToTheRight) {

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -11,6 +9,7 @@
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "universal/documents/embedded_pictures.h"
+#include "universal/documents/pandoc_sandbox.h"
 #include "universal/documents/picture_filter.h"
 #include "universal/job/arguments.h"
 
@@ -66,26 +65,6 @@ void run(const JobContext& context, Arguments options, const PandocRun& wanted) 
   context.run("pandoc", argumentsFor(std::move(options), wanted), timeout);
 }
 
-/// Some builds of pandoc cannot reach their own parts from inside of their sandbox. That shows only
-/// after the document was read, which may take a minute: so an empty one is tried.
-bool canWriteInSandbox(const JobContext& context, std::string_view writer) {
-  constexpr std::int32_t partNotFound = 97;
-  const fs::path empty = context.freshFile("empty-", ".md");
-  const fs::path result = context.freshFile("empty-", ".out");
-  FileSystem::writeAtomically(empty, {});
-  context.toolchain.run({.name = "pandoc",
-                         .arguments = argumentsFor({sandbox}, {"markdown", writer, empty, result}),
-                         .in = context.workspace,
-                         .timeout = timeout,
-                         .accepted = {0, partNotFound}},
-                        context.token);
-  std::error_code ignored;
-  const bool isWritten = fs::exists(result, ignored);
-  FileSystem::removeQuietly(empty);
-  FileSystem::removeQuietly(result);
-  return isWritten;
-}
-
 /// @return the option that names the filter: relative to the current directory, because pandoc
 /// finds no filter in a folder whose name is not UTF-8.
 std::string writeFilter(const JobContext& context,
@@ -96,9 +75,43 @@ std::string writeFilter(const JobContext& context,
   return "--lua-filter=" + filter.filename().string();
 }
 
-/// For documents that hold their pictures. Their text and pictures cannot be read apart.
-void convertContainer(const JobContext& context, const PandocRun& wanted) {
-  run(context, {writeFilter(context, RelativePictures::kept, "")}, wanted);
+/// For documents that hold their pictures, whose text and pictures cannot be read apart, and for
+/// texts without any.
+void convertInOneRun(const JobContext& context,
+                     const PandocRun& wanted,
+                     RelativePictures relative) {
+  run(context, {writeFilter(context, relative, "")}, wanted);
+}
+
+/// Whether a picture, HTML or a command of TeX, by which pandoc would open a file while it reads,
+/// may begin in a Markdown text with these two characters.
+bool mayName(char first, char second) {
+  constexpr std::string_view punctuation = "!\"#$%&'()*+,-./:;=>?@[\\]^_`{|}~";
+  switch (first) {
+    case '<':
+      return true;
+    case '!':
+      return second == '[';
+    case '\\':  // before a letter, metadata have other spellings of characters
+      return punctuation.find(second) == std::string_view::npos;
+    case '\r':  // pandoc passes it over, even within "!["
+      return second != '\n';
+    default:
+      return false;
+  }
+}
+
+/// @return whether the document is certain to name no file at all.
+bool namesNothing(std::string_view text, std::string_view reader) {
+  if (reader != "markdown") {
+    return false;
+  }
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (mayName(text[at], at + 1 < text.size() ? text[at + 1] : '\0')) {
+      return false;
+    }
+  }
+  return true;
 }
 
 /// Takes the larger pictures out of a Markdown or HTML text.
@@ -117,17 +130,28 @@ fs::path writeLighterText(const JobContext& context, const EmbeddedPictures& pic
   return file;
 }
 
+/// Whether a text holds a picture as a data address, which the rtf writer, within the sandbox,
+/// writes out letter for letter instead of the picture.
+bool holdsPicture(const fs::path& text) {
+  const Bytes bytes = FileSystem::readAll(text);
+  return asText(bytes).find("data:image/") != std::string_view::npos;
+}
+
 /// For Markdown and HTML. They are read, and rid of what they do not hold, in the sandbox: the docx
 /// writer opens every file that is named before a filter of its own run sees it, and gives up when
 /// one is missing.
 void convertText(const JobContext& context, const PandocRun& wanted) {
+  const Bytes bytes = FileSystem::readAll(wanted.input);
+  if (namesNothing(asText(bytes), wanted.reader)) {
+    convertInOneRun(context, wanted, RelativePictures::dropped);
+    return;
+  }
   const fs::path folder = context.freshFile("pandoc-", "");
   FileSystem::createDirectory(folder, ownerOnly);
   // Named like the input, which gives a document without a title its name.
   const fs::path parsed = folder / wanted.input.filename();
   const std::string ownPrefix = folder.filename().string() + "/picture-";
   const std::string filter = writeFilter(context, RelativePictures::dropped, ownPrefix);
-  const Bytes bytes = FileSystem::readAll(wanted.input);
   const EmbeddedPictures pictures = picturesIn(asText(bytes), wanted.reader, ownPrefix);
   pictures.write(context.workspace);
   const fs::path text = pictures.isEmpty() ? wanted.input : writeLighterText(context, pictures);
@@ -183,12 +207,14 @@ void pandoc(const JobContext& context,
   const PandocRun wanted = {reader, writer, input, output};
   if (isText(reader) && namesPictures(writer)) {
     convertTextToText(context, wanted);
+  } else if (isText(reader) && writer == "rtf" && holdsPicture(input)) {
+    convertText(context, wanted);
   } else if (!isPackaged(writer) || canWriteInSandbox(context, writer)) {
     run(context, {sandbox}, wanted);
   } else if (isText(reader)) {
     convertText(context, wanted);
   } else {
-    convertContainer(context, wanted);
+    convertInOneRun(context, wanted, RelativePictures::kept);
   }
 }
 

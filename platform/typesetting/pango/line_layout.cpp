@@ -33,11 +33,14 @@ PangoLanguage* preferredLanguage() {
 
 /// Text is measured in points, and every glyph stands where the font wants it, not where a screen
 /// has pixels.
-PangoContext* makeContext(PangoFontMap* fonts) {
+PangoContext* makeContext(PangoFontMap* fonts, const std::string& font) {
   pango_cairo_font_map_set_resolution(PANGO_CAIRO_FONT_MAP(fonts), pointsPerInch);
   PangoContext* context = pango_font_map_create_context(fonts);
   pango_context_set_round_glyph_positions(context, FALSE);
   pango_context_set_language(context, preferredLanguage());
+  PangoFontDescription* description = pango_font_description_from_string(font.c_str());
+  pango_context_set_font_description(context, description);
+  pango_font_description_free(description);
   cairo_font_options_t* options = cairo_font_options_create();
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
   cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
@@ -46,11 +49,8 @@ PangoContext* makeContext(PangoFontMap* fonts) {
   return context;
 }
 
-PangoLayout* makeLayout(PangoContext* context, double width, const std::string& font) {
+PangoLayout* makeLayout(PangoContext* context, double width) {
   PangoLayout* layout = pango_layout_new(context);
-  PangoFontDescription* description = pango_font_description_from_string(font.c_str());
-  pango_layout_set_font_description(layout, description);
-  pango_font_description_free(description);
   pango_layout_set_width(layout, pango_units_from_double(width));
   pango_layout_set_wrap(layout, PANGO_WRAP_WORD_CHAR);
   // A word that is cut must not gain a hyphen that the text does not have.
@@ -67,26 +67,40 @@ LineLayout::LineLayout(std::string_view text, double width, const std::string& f
     : pieces_(text, pieceLimit),
       width_(width),
       fonts_(pango_cairo_font_map_new()),
-      context_(makeContext(fonts_.get())),
-      layout_(makeLayout(context_.get(), width, font)) {}
+      context_(makeContext(fonts_.get(), font)),
+      layout_(makeLayout(context_.get(), width)),
+      latinLines_(layout_.get()) {}
 
 /// A paragraph goes from right to left when its first letter does, however many pieces it has.
 void LineLayout::prepareDirection() {
   const bool startsParagraph = end_ == PieceEnd::paragraph || end_ == PieceEnd::page;
   if (startsParagraph) {
     pango_context_set_base_dir(context_.get(), PANGO_DIRECTION_WEAK_LTR);
-  } else if (line_ != nullptr) {
-    const auto* last = static_cast<const PangoLayoutLine*>(line_->data);
-    pango_context_set_base_dir(context_.get(), static_cast<PangoDirection>(last->resolved_dir));
+    direction_ = PANGO_DIRECTION_LTR;  // of plain Latin text
+  } else {
+    pango_context_set_base_dir(context_.get(), direction_);
   }
   pango_layout_set_auto_dir(layout_.get(), startsParagraph ? TRUE : FALSE);
 }
 
 void LineLayout::layOut(const TextPieces::Piece& piece) {
-  pango_layout_set_text(layout_.get(), piece.text.data(), static_cast<int>(piece.text.size()));
+  piece_ = piece.text;
   end_ = piece.end;
+  isLatin_ = direction_ == PANGO_DIRECTION_LTR && latinLines_.layOut(piece_);
+  if (isLatin_) {
+    nextLatin_ = 0;
+    remaining_ = latinLines_.count();
+  } else {
+    layOutByPango(piece);
+  }
+}
+
+void LineLayout::layOutByPango(const TextPieces::Piece& piece) {
+  pango_layout_set_text(layout_.get(), piece.text.data(), static_cast<int>(piece.text.size()));
   line_ = pango_layout_get_lines_readonly(layout_.get());
   remaining_ = pango_layout_get_line_count(layout_.get());
+  const auto* first = static_cast<const PangoLayoutLine*>(line_->data);
+  direction_ = static_cast<PangoDirection>(first->resolved_dir);
 }
 
 void LineLayout::layOutNextPiece() {
@@ -105,8 +119,12 @@ void LineLayout::layOutNextPiece() {
 }
 
 void LineLayout::keepCutLineForLater(const TextPieces::Piece& piece) {
-  const PangoLayoutLine* cut = pango_layout_get_line_readonly(layout_.get(), remaining_ - 1);
-  pieces_.putBack(piece.text.size() - static_cast<std::size_t>(cut->start_index));
+  const int last = remaining_ - 1;
+  const std::size_t start =
+      isLatin_ ? latinLines_.start(last)
+               : static_cast<std::size_t>(
+                     pango_layout_get_line_readonly(layout_.get(), last)->start_index);
+  pieces_.putBack(piece.text.size() - start);
   --remaining_;
 }
 
@@ -114,6 +132,20 @@ TextLine LineLayout::next() {
   if (remaining_ == 0) {
     layOutNextPiece();
   }
+  TextLine line = isLatin_ ? latinLine() : pangoLine();
+  line.startsPage = startsPage_;
+  return line;
+}
+
+TextLine LineLayout::latinLine() {
+  const PangoRectangle& extents = latinLines_.extents();
+  return {.glyphs = latinLines_.glyphs(nextLatin_),
+          .text = piece_.data() + latinLines_.start(nextLatin_),
+          .height = inPoints(extents.height),
+          .baseline = -inPoints(extents.y)};
+}
+
+TextLine LineLayout::pangoLine() {
   TextLine line;
   line.line = static_cast<PangoLayoutLine*>(line_->data);
   PangoRectangle extents = {};
@@ -123,14 +155,15 @@ TextLine LineLayout::next() {
   }
   line.height = inPoints(extents.height);
   line.baseline = -inPoints(extents.y);
-  line.startsPage = startsPage_;
   return line;
 }
 
 void LineLayout::take() {
   --remaining_;
   startsPage_ = false;
-  if (remaining_ > 0) {
+  if (isLatin_) {
+    ++nextLatin_;
+  } else if (remaining_ > 0) {
     line_ = line_->next;
   }
 }

@@ -23,7 +23,7 @@ class PangoTextPages : public TextPages {
         break;
       }
       cairo_move_to(file_.context(), style_.inset + line.left, style_.inset + top + line.baseline);
-      pango_cairo_show_layout_line(file_.context(), line.line);
+      draw(line);
       lines_.take();
       top += line.height;
     }
@@ -34,6 +34,14 @@ class PangoTextPages : public TextPages {
   void finish() override { file_.finish(); }
 
  private:
+  void draw(const TextLine& line) {
+    if (line.glyphs != nullptr) {
+      pango_cairo_show_glyph_item(file_.context(), line.text, line.glyphs);
+    } else {
+      pango_cairo_show_layout_line(file_.context(), line.line);
+    }
+  }
+
   PageStyle style_;
   LineLayout lines_;
   PdfFile file_;

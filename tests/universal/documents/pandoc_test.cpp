@@ -1,6 +1,7 @@
 #include "universal/documents/pandoc.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -106,6 +107,46 @@ TEST_F(PandocTest, KeepsTheSandboxWhereItCanWritePackages) {
       ElementsAre("--sandbox", "--from=odt", "--to=docx", "/in/a.odt", "-o", output().string()));
 }
 
+TEST_F(PandocTest, TriesTheSandboxOnceForEachWriter) {
+  standIn("pandoc", ": > \"$output\"");
+  for (const char* writer : {"docx", "docx", "epub3", "docx"}) {
+    pandoc(withStandIns(), "odt", writer, "/in/a.odt", output());
+  }
+  EXPECT_EQ(runsOf("pandoc").size(), 4U + 2U);
+  const fs::path engine = folder_ / "bin" / "pandoc";
+  fs::last_write_time(engine, fs::last_write_time(engine) + std::chrono::seconds(1));
+  pandoc(withStandIns(), "odt", "docx", "/in/a.odt", output());
+  EXPECT_EQ(runsOf("pandoc").size(), 6U + 2U);
+}
+
+struct TextCase {
+  const char* label;
+  std::string text;
+  std::size_t runs;
+};
+void PrintTo(const TextCase& c, std::ostream* out) {
+  *out << c.label;
+}
+
+class TextRunsTest : public PandocTest, public ::testing::WithParamInterface<TextCase> {};
+TEST_P(TextRunsTest, AreTwoUnlessTheTextCanNameNothing) {
+  standIn("pandoc", "case \"$*\" in --sandbox*--to=docx*) exit 97;; esac\n: > \"$output\"");
+  pandoc(withStandIns(), "markdown", "docx", folder_.write("a.md", GetParam().text), output());
+  EXPECT_EQ(runsOf("pandoc").size(), 1U + GetParam().runs);
+}
+INSTANTIATE_TEST_SUITE_P(
+    All,
+    TextRunsTest,
+    ::testing::Values(
+        TextCase{"plain", "---\ntitle: T\n---\r\n# A!\n\n[b](c) \\* `d` > \\[ $x$\n", 1},
+        TextCase{"picture", "![a](b)", 2},
+        TextCase{"divided picture", "!\r[a](b)", 2},
+        TextCase{"HTML", "a <img src=b>", 2},
+        TextCase{"TeX", "\\input{a}", 2},
+        TextCase{"escaped letter", "---\na: \"\\x21[b](c)\"\n---\n", 2},
+        TextCase{"escaped line break", "---\na: \"!\\\n[b](c)\"\n---\n", 2},
+        TextCase{"escaped TeX", "---\na: \"\\\\input{b}\"\n---\n", 2}));
+
 TEST_F(PandocTest, PutsAFilterInThePlaceOfASandboxThatCannotWritePackages) {
   standIn("pandoc", "[ \"$1\" = --sandbox ] && exit 97\n: > \"$output\"");
   pandoc(withStandIns(), "odt", "epub3", "/in/a.odt", output());
@@ -158,7 +199,7 @@ TEST_F(PandocTest, ReportsItsFailures) {
               pandoc({base_, LocalToolchain(EngineLocations{{}}), token_, workspace()},
                      "html",
                      "rtf",
-                     "/in/a.html",
+                     folder_.write("a.html", ""),
                      output());
               return 0;
             }),
@@ -272,6 +313,19 @@ TEST_F(PandocTest, KeepsLargePicturesOfTexts) {
                                    entry.file_size() < 1000;
                           }),
             8);  // of the six conversions and the two readings
+}
+
+TEST_F(PandocTest, KeepsThePicturesOfTextsThatBecomeRichText) {
+  for (const int side : {8, 100}) {
+    const std::string secret = (folder_ / "secret.png").string();
+    support::writePng(secret, support::gradient(20, 20, PixelLayout::rgb));
+    convert("markdown",
+            "rtf",
+            folder_.write("a.md", dataPicture(side) + "\n\nText ![](" + secret + ")\n"));
+    EXPECT_THAT(contentOf(output()), ::testing::StartsWith("{\\rtf1"));
+    EXPECT_EQ(countIn(output(), "\\pngblip"), 1);
+    EXPECT_EQ(countIn(output(), "base64"), 0);
+  }
 }
 
 TEST_F(PandocTest, KeepsLargePicturesOfAPageThatStatesItsAddress) {
