@@ -1,6 +1,5 @@
 #include "platform/recognition/text_recognizer.h"
 
-#include <cstdint>
 #include <cstdlib>
 #include <iostream>
 #include <memory>
