@@ -49,11 +49,6 @@ TEST(IntegerRefusalTest, NamesTheOption) {
   }
 }
 
-TEST(OptionReadersTest, IntegersComeAsTextToo) {
-  EXPECT_EQ(UniversalEngine::integer({{"x", "12"}}, "x", 0, 0, 100), 12);
-  EXPECT_EQ(UniversalEngine::integer({{"x", "abc"}}, "x", 7, 0, 100), 7);
-}
-
 TEST(OptionReadersTest, ColorsAreSixDigits) {
   EXPECT_EQ(UniversalEngine::color({}), "#FFFFFF");
   EXPECT_EQ(UniversalEngine::color({{"color", 12}}), "#FFFFFF");
