@@ -130,12 +130,5 @@ TEST_F(ConversionTest, AJobThatIsCancelledWhileAnEngineRunsLeavesNothing) {
   EXPECT_EQ(contentOf(sources_ / "long.md"), text);
 }
 
-TEST_F(ConversionTest, AFailedDocumentLeavesNothing) {
-  sources_.write("broken.csv", "a,\"b\n");
-  EXPECT_EQ(failureOf("convert.xlsx", {"broken.csv"}),
-            "The delimited file has an unclosed quoted cell.");
-  EXPECT_THAT(results_.names(), IsEmpty());
-}
-
 }  // namespace
 }  // namespace tolvane
