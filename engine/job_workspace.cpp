@@ -16,8 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view prefix = ".tolvane-";
-constexpr unsigned ownerOnly = 0700;
-
 bool isWorkspaceName(std::string_view name) {
   constexpr std::size_t uuidLength = 36;
   const auto isUuidLetter = [](char letter) {
@@ -63,7 +61,7 @@ LivingWorkspaces& living() {
 JobWorkspace::JobWorkspace(const fs::path& destination)
     : path_(destination / (std::string(prefix) + FileSystem::newUuid())) {
   removeAbandonedWorkspaces(destination);
-  FileSystem::createDirectory(path_, ownerOnly);
+  FileSystem::createDirectory(path_, FileSystem::ownerOnly);
   lock_ = DirectoryLock::tryLock(path_);
   const std::lock_guard guard(living().lock);
   living().paths.insert(path_);

@@ -12,15 +12,6 @@ namespace tolvane {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t";
-  const std::size_t first = text.find_first_not_of(blanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 /// A page number: digits after an optional plus sign, in lowest...highest.
 std::optional<int> pageNumber(std::string_view text, int lowest, int highest) {
   const std::optional<std::int64_t> number = DecimalText::parseWhole(text);
@@ -31,7 +22,7 @@ std::optional<int> pageNumber(std::string_view text, int lowest, int highest) {
 
 /// Adds the pages of one part. @return false when it is malformed.
 bool addPart(std::string_view part, int count, std::set<int>& pages) {
-  const std::vector<std::string_view> ends = split(trimmed(part), "-");
+  const std::vector<std::string_view> ends = split(unpadded(part), "-");
   if (ends.size() > 2) {
     return false;
   }
@@ -50,7 +41,7 @@ bool addPart(std::string_view part, int count, std::set<int>& pages) {
 
 std::set<int> pageRange(std::string_view text, int count) {
   std::set<int> pages;
-  if (trimmed(text).empty()) {
+  if (unpadded(text).empty()) {
     for (int page = 0; page < count; ++page) {
       pages.insert(page);
     }

@@ -19,8 +19,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t maxRows = 100'000;
 constexpr std::size_t maxCells = 16'384;       // of a row; no spreadsheet program shows more
 constexpr std::size_t blockBytes = 1'048'576;  // of the sheet that are held in memory
-constexpr unsigned ownerOnly = 0700;
-constexpr double zipTimeout = 120;  // seconds
+constexpr double zipTimeout = 120;             // seconds
 
 /// Says nothing new, but sets aside what the user's own ZIPOPT or ZIP say.
 constexpr const char* zipOptions = "-q";
@@ -74,7 +73,7 @@ class PackageFolder {
  public:
   explicit PackageFolder(const fs::path& workspace)
       : path_(workspace / ("xlsx-" + FileSystem::newUuid())) {
-    FileSystem::createDirectory(path_, ownerOnly);
+    FileSystem::createDirectory(path_, FileSystem::ownerOnly);
   }
   ~PackageFolder() { FileSystem::removeQuietly(path_); }
   PackageFolder(const PackageFolder&) = delete;
@@ -98,7 +97,7 @@ void requireSupported(const Table& rows) {
 
 void writeFixedParts(const fs::path& package) {
   for (const std::string_view folder : folders) {
-    FileSystem::createDirectory(package / folder, ownerOnly);
+    FileSystem::createDirectory(package / folder, FileSystem::ownerOnly);
   }
   for (const Part& part : fixedParts) {
     FileSystem::writeAtomically(package / part.path, asBytes(part.content));

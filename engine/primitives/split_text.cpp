@@ -8,4 +8,12 @@ std::vector<std::string_view> split(std::string_view text, std::string_view sepa
   return pieces;
 }
 
+std::string_view unpadded(std::string_view text) {
+  constexpr std::string_view padding = " \t";
+  const std::size_t first = text.find_first_not_of(padding);
+  return first == std::string_view::npos
+             ? std::string_view()
+             : text.substr(first, text.find_last_not_of(padding) - first + 1);
+}
+
 }  // namespace tolvane

@@ -22,4 +22,7 @@ void forEachPiece(std::string_view text, std::string_view separator, const Actio
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text,
                                                   std::string_view separator);
 
+/// @return the part between the blanks and tabs at its ends.
+[[nodiscard]] std::string_view unpadded(std::string_view text);
+
 }  // namespace tolvane

@@ -42,6 +42,9 @@ void writeAtomically(const std::filesystem::path& path,
 /// Adds the bytes to the end of a file, which is made when it is missing.
 void append(const std::filesystem::path& path, BytesView bytes);
 
+/// Permission bits of a folder that nobody but its owner enters.
+inline constexpr unsigned ownerOnly = 0700;
+
 /// Creates one folder, without its parents, with the given permission bits exactly (umask set
 /// aside).
 void createDirectory(const std::filesystem::path& path, unsigned mode);

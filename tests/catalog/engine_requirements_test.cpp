@@ -1,11 +1,10 @@
 #include "catalog/engine_requirements.h"
 
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "catalog/capability_catalog.h"
 #include "tests/support/installed_engines.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
@@ -25,56 +24,50 @@ std::optional<std::string> lacks(const InstalledEngines& engines,
 
 struct RouteCase {
   FileKind kind;
-  const char* source;
-  const char* targets;
+  std::string source, targets;
   const char* engine;  // the one engine that the route needs; empty: none
 };
-void PrintTo(const RouteCase& c, std::ostream* out) {
-  *out << name(c.kind) << " ." << c.source << " to " << c.targets;
-}
+const RouteCase routeCases[] = {
+    {pdf, "pdf", "docx pptx epub", "pandoc"},
+    {pdf, "pdf", "xlsx jpg png txt md", ""},
+    {video, "mov", "mp4 mov gif m4a mp3", "ffmpeg"},
+    {audio, "wav", "mp3 wav aiff", "ffmpeg"},
+    {presentation, "pptx", "pdf jpg png", "soffice"},
+    {spreadsheet, "csv", "csv tsv xlsx", ""},
+    {spreadsheet, "tsv", "csv tsv xlsx", ""},
+    {spreadsheet, "csv", "ods pdf", "soffice"},
+    {spreadsheet, "xlsx", "csv tsv xlsx pdf", "soffice"},
+    {document, "docx", "pdf png jpg", "soffice"},
+    {document, "odt", "pdf png jpg", "soffice"},
+    {document, "docx", "md txt docx odt", "pandoc"},
+    {document, "html", "pdf txt html", "pandoc"},
+    {document, "htm", "pdf rtf", "pandoc"},
+    {document, "md", "pdf png jpg txt md rtf html", ""},
+    {document, "txt", "pdf html", ""},
+    {document, "rtf", "pdf html", ""},
+    {document, "rtfd", "pdf html", ""},
+    {document, "textclipping", "pdf html", ""},
+    {document, "md", "docx epub odt", "pandoc"},
+    {ebook, "epub", "pdf docx txt", "pandoc"},
+    {archive, "zip", "zip tar gz", "7zz"},
+    {subtitle, "srt", "srt vtt txt", ""},
+};
 
-class RouteTest : public ::testing::TestWithParam<RouteCase> {};
-
-TEST_P(RouteTest, NeedsItsEngineAndNoOther) {
-  const auto& [kind, source, targets, engine] = GetParam();
-  const InstalledEngines bare{};
-  const InstalledEngines equipped{*engine == 0 ? "unrelated" : engine};
-  const auto missing = [name = std::string(engine)]() -> std::optional<std::string> {
-    return "Requires local " + name + ". Install it and reselect the file.";
-  }();
-  std::istringstream words(targets);
-  for (std::string target; words >> target;) {
-    EXPECT_EQ(lacks(equipped, kind, source, target), std::nullopt) << target;
-    EXPECT_EQ(lacks(bare, kind, source, target), *engine == 0 ? std::nullopt : missing) << target;
+TEST(RouteTest, NeedsItsEngineAndNoOther) {
+  for (const auto& [kind, source, targets, engine] : routeCases) {
+    SCOPED_TRACE(::testing::Message() << name(kind) << " ." << source << " to " << targets);
+    const InstalledEngines bare{};
+    const InstalledEngines equipped{*engine == 0 ? "unrelated" : engine};
+    const std::string missing =
+        std::string("Requires local ") + engine + ". Install it and reselect the file.";
+    for (const std::string& target : support::words(targets)) {
+      EXPECT_EQ(lacks(equipped, kind, source, target), std::nullopt) << target;
+      EXPECT_EQ(lacks(bare, kind, source, target),
+                *engine == 0 ? std::nullopt : std::optional(missing))
+          << target;
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Routes,
-    RouteTest,
-    ::testing::Values(RouteCase{pdf, "pdf", "docx pptx epub", "pandoc"},
-                      RouteCase{pdf, "pdf", "xlsx jpg png txt md", ""},
-                      RouteCase{video, "mov", "mp4 mov gif m4a mp3", "ffmpeg"},
-                      RouteCase{audio, "wav", "mp3 wav aiff", "ffmpeg"},
-                      RouteCase{presentation, "pptx", "pdf jpg png", "soffice"},
-                      RouteCase{spreadsheet, "csv", "csv tsv xlsx", ""},
-                      RouteCase{spreadsheet, "tsv", "csv tsv xlsx", ""},
-                      RouteCase{spreadsheet, "csv", "ods pdf", "soffice"},
-                      RouteCase{spreadsheet, "xlsx", "csv tsv xlsx pdf", "soffice"},
-                      RouteCase{document, "docx", "pdf png jpg", "soffice"},
-                      RouteCase{document, "odt", "pdf png jpg", "soffice"},
-                      RouteCase{document, "docx", "md txt docx odt", "pandoc"},
-                      RouteCase{document, "html", "pdf txt html", "pandoc"},
-                      RouteCase{document, "htm", "pdf rtf", "pandoc"},
-                      RouteCase{document, "md", "pdf png jpg txt md rtf html", ""},
-                      RouteCase{document, "txt", "pdf html", ""},
-                      RouteCase{document, "rtf", "pdf html", ""},
-                      RouteCase{document, "rtfd", "pdf html", ""},
-                      RouteCase{document, "textclipping", "pdf html", ""},
-                      RouteCase{document, "md", "docx epub odt", "pandoc"},
-                      RouteCase{ebook, "epub", "pdf docx txt", "pandoc"},
-                      RouteCase{archive, "zip", "zip tar gz", "7zz"},
-                      RouteCase{subtitle, "srt", "srt vtt txt", ""}));
 
 TEST(RequirementTest, ImagesNeedImageMagickBeforeAnythingElse) {
   const InstalledEngines pandoc{"pandoc"};

@@ -11,15 +11,6 @@ using testing::IsEmpty;
 using testing::Optional;
 using testing::Pair;
 
-TEST(JobOptionsTest, TakesDefaultsForMissingKeys) {
-  const JobOptions options = JobOptions::read({});
-  EXPECT_EQ(options.quality, 0.9);
-  EXPECT_EQ(options.maxDimension, 1600);
-  EXPECT_EQ(options.range, "");
-  EXPECT_EQ(options.pages, std::nullopt);
-  EXPECT_THAT(options.rotations, IsEmpty());
-}
-
 TEST(JobOptionsTest, ReadsANumberHoweverItWasSent) {
   const JobOptions options = JobOptions::read({{"quality", 1},
                                                {"maxDimension", 800.0},
@@ -31,18 +22,20 @@ TEST(JobOptionsTest, ReadsANumberHoweverItWasSent) {
   EXPECT_THAT(options.rotations, ElementsAre(Pair("2", -90)));
 }
 
-TEST(JobOptionsTest, TakesDefaultsForValuesOfTheWrongType) {
-  const JobOptions options =
-      JobOptions::read({{"quality", "0.5"},
-                        {"maxDimension", 800.5},
-                        {"range", 3},
-                        {"pages", Value::List{0, "1"}},
-                        {"rotations", Value::Map{{"0", 90}, {"1", "left"}}}});
-  EXPECT_EQ(options.quality, 0.9);
-  EXPECT_EQ(options.maxDimension, 1600);
-  EXPECT_EQ(options.range, "");
-  EXPECT_EQ(options.pages, std::nullopt);
-  EXPECT_THAT(options.rotations, IsEmpty());
+TEST(JobOptionsTest, TakesDefaultsForMissingKeysAndValuesOfTheWrongType) {
+  const Value::Map wrong = {{"quality", "0.5"},
+                            {"maxDimension", 800.5},
+                            {"range", 3},
+                            {"pages", Value::List{0, "1"}},
+                            {"rotations", Value::Map{{"0", 90}, {"1", "left"}}}};
+  for (const Value::Map& map : {Value::Map(), wrong}) {
+    const JobOptions options = JobOptions::read(map);
+    EXPECT_EQ(options.quality, 0.9);
+    EXPECT_EQ(options.maxDimension, 1600);
+    EXPECT_EQ(options.range, "");
+    EXPECT_EQ(options.pages, std::nullopt);
+    EXPECT_THAT(options.rotations, IsEmpty());
+  }
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ TEST_F(JobFaultsTest, HandsUniversalJobsOnUnchecked) {
   EXPECT_EQ(failureOf("universal", {}), "This action is unavailable.");
   const ConversionEngine engine([](const ConversionEngine& base, const Job& job) {
     EXPECT_EQ(job.inputs.size(), 0U);
-    static_cast<void>(base);
+    (void)base;
     return std::vector<std::filesystem::path>{"/result"};
   });
   const Job job = {"universal", {}, std::nullopt, {}, token_, {}};
@@ -73,31 +73,6 @@ TEST_F(JobFaultsTest, JudgesAFileThatWasReplacedAfresh) {
   EXPECT_THAT(failureOf("rotate_pdf", {"a.pdf"}), HasSubstr("This file type is not supported."));
 }
 
-struct ChangeCase {
-  const char* action;
-  const char* label;
-  std::function<void(const std::filesystem::path&)> change;
-};
-void PrintTo(const ChangeCase& c, std::ostream* out) {
-  *out << c.action << ": " << c.label;
-}
-
-class ChangeDuringJobTest : public NativeJobFixture,
-                            public ::testing::WithParamInterface<ChangeCase> {};
-
-TEST_P(ChangeDuringJobTest, EndsTheJobAndLeavesNothing) {
-  makePdf("a.pdf", 5);
-  Job job = {GetParam().action, {sources_ / "a.pdf"}, results_.path(), {}, token_, {}};
-  job.progress = [this](int completed, int) {
-    if (completed == 1) {
-      GetParam().change(sources_ / "a.pdf");
-    }
-  };
-  EXPECT_EQ(support::failureText([&] { return ConversionEngine().run(job); }),
-            "Cannot read this page.");
-  EXPECT_THAT(results_.names(), IsEmpty());
-}
-
 void truncate(const std::filesystem::path& file) {
   std::filesystem::resize_file(file, std::filesystem::file_size(file) / 2);
 }
@@ -109,12 +84,31 @@ void replace(const std::filesystem::path& file) {
   std::filesystem::rename(other, file);
 }
 
-INSTANTIATE_TEST_SUITE_P(Actions,
-                         ChangeDuringJobTest,
-                         ::testing::Values(ChangeCase{"pdf_png", "truncated", truncate},
-                                           ChangeCase{"pdf_png", "replaced", replace},
-                                           ChangeCase{"extract_text", "truncated", truncate},
-                                           ChangeCase{"extract_text", "replaced", replace}));
+const struct {
+  std::string action, label;
+  std::function<void(const std::filesystem::path&)> change;
+} changeDuringJobCases[] = {
+    {"pdf_png", "truncated", truncate},
+    {"pdf_png", "replaced", replace},
+    {"extract_text", "truncated", truncate},
+    {"extract_text", "replaced", replace},
+};
+
+TEST_F(JobFaultsTest, EndsTheJobAndLeavesNothing) {
+  for (const auto& c : changeDuringJobCases) {
+    SCOPED_TRACE(::testing::Message() << c.action << ": " << c.label);
+    makePdf("a.pdf", 5);
+    Job job = {c.action, {sources_ / "a.pdf"}, results_.path(), {}, token_, {}};
+    job.progress = [&](int completed, int) {
+      if (completed == 1) {
+        c.change(sources_ / "a.pdf");
+      }
+    };
+    EXPECT_EQ(support::failureText([&] { return ConversionEngine().run(job); }),
+              "Cannot read this page.");
+    EXPECT_THAT(results_.names(), IsEmpty());
+  }
+}
 
 TEST_F(JobFaultsTest, SaysWhatTheSystemSaysOfAFullDisk) {
   makePdf("a.pdf", 3);

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <sys/stat.h>
+#include <tuple>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
@@ -24,32 +25,26 @@ using support::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-struct NameCase {
-  const char* name;
-  int attempt;
-  const char* expected;
+const std::tuple<const char*, int, const char*> candidateCases[] = {
+    {"Report.pdf", 0, "Report.pdf"},
+    {"Report.pdf", 1, "Report-converted-2.pdf"},
+    {"Report.pdf", 9999, "Report-converted-10000.pdf"},
+    {"a.b.png", 2, "a.b-converted-3.png"},
+    {".hidden.png", 1, ".hidden-converted-2.png"},
 };
-void PrintTo(const NameCase& c, std::ostream* out) {
-  *out << c.name << " #" << c.attempt;
+
+TEST(CandidateTest, FollowsTheNumbering) {
+  for (const auto& [name, attempt, expected] : candidateCases) {
+    EXPECT_EQ(OutputNames::candidate(name, attempt), expected) << name << " #" << attempt;
+  }
 }
-
-class CandidateTest : public ::testing::TestWithParam<NameCase> {};
-
-TEST_P(CandidateTest, FollowsTheNumbering) {
-  EXPECT_EQ(OutputNames::candidate(GetParam().name, GetParam().attempt), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(Names,
-                         CandidateTest,
-                         ::testing::Values(NameCase{"Report.pdf", 0, "Report.pdf"},
-                                           NameCase{"Report.pdf", 1, "Report-converted-2.pdf"},
-                                           NameCase{
-                                               "Report.pdf", 9999, "Report-converted-10000.pdf"},
-                                           NameCase{"a.b.png", 2, "a.b-converted-3.png"},
-                                           NameCase{".hidden.png", 1, ".hidden-converted-2.png"}));
 
 class PlacementTest : public ::testing::Test {
  protected:
+  std::string placementFailure() {
+    return failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); });
+  }
+
   TemporaryFolder folder_;
   TemporaryFolder workspace_;
   CancellationToken token_;
@@ -78,7 +73,7 @@ TEST_F(PlacementTest, RollsBackWhenAnOutputCannotBePlaced) {
     staged_.stage(asBytes("text"), name);
   }
   fs::remove(staged_.outputs()[2].file);
-  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
+  EXPECT_EQ(placementFailure(),
             "Could not save the result. Check folder permissions and free space.");
   EXPECT_THAT(folder_.names(), IsEmpty());
 }
@@ -89,8 +84,7 @@ TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
     fs::create_symlink("nowhere", folder_ / ("a-converted-" + std::to_string(number) + ".txt"));
   }
   staged_.stage(asBytes("text"), "a.txt");
-  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
-            "Too many output filename collisions. Choose another folder.");
+  EXPECT_EQ(placementFailure(), "Too many output filename collisions. Choose another folder.");
 }
 
 TEST_F(PlacementTest, RefusesEmptyAndExcessiveOutputs) {
@@ -109,8 +103,7 @@ TEST_F(PlacementTest, StopsWhenCancelled) {
   token_.cancel();
   EXPECT_EQ(failureText([&] { staged_.stage(asBytes("x"), "b.txt"); }),
             "Cancelled. Your source files are unchanged.");
-  EXPECT_EQ(failureText([&] { return placeAll(staged_.outputs(), folder_.path(), {}, token_); }),
-            "Cancelled. Your source files are unchanged.");
+  EXPECT_EQ(placementFailure(), "Cancelled. Your source files are unchanged.");
   EXPECT_THAT(folder_.names(), IsEmpty());
 }
 

@@ -1,16 +1,18 @@
 #include "formats/delimited_text.h"
 
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/failure_text.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
 
 using support::failureText;
+using support::repeated;
 using UniversalFormats::csv;
 using UniversalFormats::delimited;
 
@@ -20,24 +22,11 @@ const char* const unclosed = "The delimited file has an unclosed quoted cell.";
 const std::string mark = "\u0301";        // joins what precedes
 const std::string numberSign = "\u0600";  // joins what follows
 
-std::string repeated(const std::string& text, int count) {
-  std::string result;
-  for (int index = 0; index < count; ++index) {
-    result += text;
-  }
-  return result;
-}
-
 struct ReadingCase {
-  const char* label;
-  std::string text;
+  std::string label, text;
   Table expected;
   char delimiter = ',';
 };
-void PrintTo(const ReadingCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
 const ReadingCase readingCases[] = {
     {"nothing", "", {}},
     {"a quoted delimiter", R"(a,"b,c",d)", {{"a", "b,c", "d"}}},
@@ -65,11 +54,11 @@ const ReadingCase readingCases[] = {
     {"other letters join nothing", "é,日本,👍🏽,\"ä\"", {{"é", "日本", "👍🏽", "ä"}}},
 };
 
-class DelimitedReadingTest : public testing::TestWithParam<ReadingCase> {};
-TEST_P(DelimitedReadingTest, GivesTheRows) {
-  EXPECT_TRUE(csv(GetParam().text, GetParam().delimiter) == GetParam().expected);
+TEST(DelimitedReadingTest, GivesTheRows) {
+  for (const ReadingCase& c : readingCases) {
+    EXPECT_TRUE(csv(c.text, c.delimiter) == c.expected) << c.label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, DelimitedReadingTest, ::testing::ValuesIn(readingCases));
 
 TEST(DelimitedLimits, TheMostRowsAndTheLongestCellAreRead) {
   Table rows(99'999, {""});
@@ -80,17 +69,11 @@ TEST(DelimitedLimits, TheMostRowsAndTheLongestCellAreRead) {
 }
 
 struct RefusalCase {
-  const char* label;
-  const char* start;
+  std::string label, start;
   const char* piece;  ///< repeated `count` times between start and end
-  int count;
-  const char* end;
-  const char* message;
+  std::size_t count;
+  std::string end, message;
 };
-void PrintTo(const RefusalCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
 const RefusalCase refusalCases[] = {
     {"an unclosed quote", "a,\"b\n", "", 0, "", unclosed},
     {"a quote alone", "\"", "", 0, "", unclosed},
@@ -104,25 +87,15 @@ const RefusalCase refusalCases[] = {
     {"a long cell of escapes", "\"", "\"\"", 1'000'000, "\"", tooLarge},
 };
 
-class DelimitedRefusalTest : public testing::TestWithParam<RefusalCase> {};
-TEST_P(DelimitedRefusalTest, SaysWhy) {
-  const auto& [label, start, piece, count, end, message] = GetParam();
-  const std::string text = start + repeated(piece, count) + end;
-  EXPECT_EQ(failureText([&] { return csv(text, ','); }), message);
-}
-INSTANTIATE_TEST_SUITE_P(All, DelimitedRefusalTest, ::testing::ValuesIn(refusalCases));
-
-struct WritingCase {
-  const char* label;
-  Table rows;
-  char separator;
-  std::string expected;
-};
-void PrintTo(const WritingCase& c, std::ostream* out) {
-  *out << c.label;
+TEST(DelimitedRefusalTest, SaysWhy) {
+  for (const auto& [label, start, piece, count, end, message] : refusalCases) {
+    SCOPED_TRACE(label);
+    const std::string text = start + repeated(piece, count) + end;
+    EXPECT_EQ(failureText([&] { return csv(text, ','); }), message);
+  }
 }
 
-const WritingCase writingCases[] = {
+const std::tuple<const char*, Table, char, std::string> writingCases[] = {
     {"nothing", {}, ',', "\r\n"},
     {"a row without cells", {{}, {"a"}}, ',', "\r\na\r\n"},
     {"empty cells", {{"", ""}, {""}}, ',', ",\r\n\r\n"},
@@ -133,11 +106,11 @@ const WritingCase writingCases[] = {
     {"spaces", {{" a ", "é"}}, ',', " a ,é\r\n"},
 };
 
-class DelimitedWritingTest : public testing::TestWithParam<WritingCase> {};
-TEST_P(DelimitedWritingTest, EnclosesWhatHasToBe) {
-  EXPECT_EQ(delimited(GetParam().rows, GetParam().separator), GetParam().expected);
+TEST(DelimitedWritingTest, EnclosesWhatHasToBe) {
+  for (const auto& [label, rows, separator, expected] : writingCases) {
+    EXPECT_EQ(delimited(rows, separator), expected) << label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, DelimitedWritingTest, ::testing::ValuesIn(writingCases));
 
 }  // namespace
 }  // namespace tolvane

@@ -1,7 +1,7 @@
 #include "formats/subtitles.h"
 
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -20,17 +20,7 @@ const std::string twoCues =
     "WEBVTT - a title\n\nNOTE\nnot shown\n\nintro\n00:00:01.000 --> 00:00:02.500\none\n two \n\n"
     "00:03.5 --> 01:00:04.250 align:start\nthree\nfour";
 
-struct SubtitlesCase {
-  const char* label;
-  std::string text;
-  const char* target;
-  std::string expected;
-};
-void PrintTo(const SubtitlesCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-const SubtitlesCase subtitlesCases[] = {
+const std::tuple<std::string, std::string, std::string, std::string> subtitlesCases[] = {
     {"SRT with CR LF to VTT",
      "1\r\n00:00:01,000 --> 00:00:02,500\r\nHello\r\n\r\n",
      "vtt",
@@ -71,22 +61,15 @@ const SubtitlesCase subtitlesCases[] = {
      "1\n100:00:00,000 --> 4294967296:59:60,000\na\n"},
 };
 
-class SubtitlesTest : public testing::TestWithParam<SubtitlesCase> {};
-TEST_P(SubtitlesTest, ConvertsTheCues) {
-  EXPECT_EQ(subtitles(GetParam().text, GetParam().target), GetParam().expected);
-}
-INSTANTIATE_TEST_SUITE_P(All, SubtitlesTest, ::testing::ValuesIn(subtitlesCases));
-
-struct SubtitlesFailure {
-  const char* label;
-  std::string text;
-  const char* message;
-};
-void PrintTo(const SubtitlesFailure& c, std::ostream* out) {
-  *out << c.label;
+TEST(SubtitlesTest, ConvertsTheCues) {
+  for (const auto& [label, text, target, expected] : subtitlesCases) {
+    EXPECT_EQ(subtitles(text, target), expected) << label;
+  }
 }
 
-const SubtitlesFailure subtitlesFailures[] = {
+const struct {
+  std::string label, text, message;
+} subtitlesFailures[] = {
     {"nothing", "", none},
     {"no spaces around the arrow", "00:01-->00:02\na", none},
     {"no text", "00:01 --> 00:02", none},
@@ -110,12 +93,12 @@ const SubtitlesFailure subtitlesFailures[] = {
     {"one bad cue", twoCues + "\n\n0:x --> 1:00\na", invalid},
 };
 
-class SubtitlesFailureTest : public testing::TestWithParam<SubtitlesFailure> {};
-TEST_P(SubtitlesFailureTest, SaysWhy) {
-  EXPECT_EQ(support::failureText([] { return subtitles(GetParam().text, "vtt"); }),
-            GetParam().message);
+TEST(SubtitlesFailureTest, SaysWhy) {
+  for (const auto& c : subtitlesFailures) {
+    SCOPED_TRACE(c.label);
+    EXPECT_EQ(support::failureText([&] { return subtitles(c.text, "vtt"); }), c.message);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, SubtitlesFailureTest, ::testing::ValuesIn(subtitlesFailures));
 
 }  // namespace
 }  // namespace tolvane

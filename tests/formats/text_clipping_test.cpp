@@ -1,8 +1,8 @@
 #include "formats/text_clipping.h"
 
 #include <filesystem>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -53,16 +53,7 @@ std::string outcome(const std::filesystem::path& file) {
   }
 }
 
-struct ClippingCase {
-  const char* label;
-  std::string entries;
-  std::string expected;
-};
-void PrintTo(const ClippingCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-const ClippingCase clippingCases[] = {
+const std::tuple<std::string, std::string, std::string> clippingCases[] = {
     {"UTF-8", data(utf8, "h\xC3\xA9"), "hé"},
     {"UTF-16 is little-endian", data(utf16, "a\0\xE9\0"s), "aé"},
     {"UTF-16 with a mark", data(external16, "\xFE\xFF\0\xE9"s), "é"},
@@ -88,23 +79,16 @@ const ClippingCase clippingCases[] = {
     {"nothing readable", data(utf8, "") + data(richText, "\xFF"), "["s + noText + "]"},
 };
 
-class ClippingTextTest : public ::testing::TestWithParam<ClippingCase> {};
-TEST_P(ClippingTextTest, TakesTheFirstTypeThatGivesText) {
-  const TemporaryFolder folder;
-  const std::string list = "{ \"UTI-Data\" = { " + GetParam().entries + "}; }";
-  EXPECT_EQ(outcome(folder.write("a.textclipping", list)), GetParam().expected);
-}
-INSTANTIATE_TEST_SUITE_P(All, ClippingTextTest, ::testing::ValuesIn(clippingCases));
-
-struct UnsupportedCase {
-  const char* label;
-  std::string content;
-};
-void PrintTo(const UnsupportedCase& c, std::ostream* out) {
-  *out << c.label;
+TEST(ClippingTextTest, TakesTheFirstTypeThatGivesText) {
+  for (const auto& [label, entries, expected] : clippingCases) {
+    SCOPED_TRACE(label);
+    const TemporaryFolder folder;
+    const std::string list = "{ \"UTI-Data\" = { " + entries + "}; }";
+    EXPECT_EQ(outcome(folder.write("a.textclipping", list)), expected);
+  }
 }
 
-const UnsupportedCase unsupportedCases[] = {
+const std::tuple<std::string, std::string> unsupportedCases[] = {
     {"empty", ""},
     {"plain text", "Dear diary, it is a text."},
     {"no dictionary", "(a, b)"},
@@ -113,12 +97,13 @@ const UnsupportedCase unsupportedCases[] = {
     {"damaged", "bplist00"},
 };
 
-class UnsupportedTest : public ::testing::TestWithParam<UnsupportedCase> {};
-TEST_P(UnsupportedTest, IsRefused) {
-  const TemporaryFolder folder;
-  EXPECT_EQ(outcome(folder.write("a.textclipping", GetParam().content)), "["s + legacy + "]");
+TEST(UnsupportedTest, IsRefused) {
+  for (const auto& [label, content] : unsupportedCases) {
+    SCOPED_TRACE(label);
+    const TemporaryFolder folder;
+    EXPECT_EQ(outcome(folder.write("a.textclipping", content)), "["s + legacy + "]");
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, UnsupportedTest, ::testing::ValuesIn(unsupportedCases));
 
 TEST(ClippingText, ReadsUpToSixteenMebibytes) {
   const TemporaryFolder folder;
@@ -131,8 +116,7 @@ TEST(ClippingText, ReadsUpToSixteenMebibytes) {
 
 TEST(ClippingText, TellsWhatCannotBeReadFromWhatIsNotThere) {
   const TemporaryFolder folder;
-  EXPECT_THROW(static_cast<void>(UniversalFormats::clippingText(folder / "gone.textclipping")),
-               PlatformError);
+  EXPECT_THROW((void)UniversalFormats::clippingText(folder / "gone.textclipping"), PlatformError);
   std::filesystem::create_directory(folder / "folder.textclipping");
   EXPECT_EQ(outcome(folder / "folder.textclipping"), "["s + legacy + "]");
 }

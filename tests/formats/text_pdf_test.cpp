@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 #include "platform/documents/pdf_document.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
@@ -20,6 +21,7 @@ namespace {
 using namespace std::string_literals;
 using support::contentOf;
 using support::failureText;
+using support::repeated;
 using ::testing::HasSubstr;
 
 constexpr const char* tooLong = "The text requires more than 500 pages.";
@@ -40,10 +42,7 @@ class TextPdfTest : public ::testing::Test {
     return pdfLibrary().open(file_);
   }
   std::string failure(std::string_view text) {
-    return failureText([&] {
-      UniversalFormats::textPDF(text, file_, token_);
-      return 0;
-    });
+    return failureText([&] { UniversalFormats::textPDF(text, file_, token_); });
   }
   /// The text of every page, each page as the reader of PDFs gives it.
   std::vector<std::string> texts(std::string_view text) {
@@ -93,46 +92,28 @@ class TextPdfTest : public ::testing::Test {
   CancellationToken token_;
 };
 
-std::string repeated(std::string_view text, int count) {
-  std::string result;
-  for (int done = 0; done < count; ++done) {
-    result += text;
-  }
-  return result;
-}
-
 std::string without(std::string text, std::string_view dropped) {
   std::erase_if(text, [&](char c) { return dropped.find(c) != std::string_view::npos; });
   return text;
 }
 
-struct TextCase {
-  const char* label;
-  std::string text;
-  std::vector<std::string> pages;
+const std::tuple<std::string, std::string, std::vector<std::string>> textPdfPagesCases[] = {
+    {"empty", "", {""}},
+    {"one line", "One line.\n", {"One line."}},
+    {"lines", "a\r\nb\rc\u2028d\n\ne", {"a\nb\nc\nd\ne"}},
+    {"NUL and other controls", "be\0fore\x07 after"s, {"before after"}},
+    {"form feeds", "a\f\fb\f", {"a", "", "b"}},
+    {"scripts",
+     "Latin àçß ﬁ\nКириллица\nΕλληνικά\n中文字\nかな\n한국어\n",
+     {"Latin àçß ﬁ\nКириллица\nΕλληνικά\n中文字\nかな\n한국어"}},
+    {"long word", std::string(80, 'M'), {std::string(49, 'M') + "\n" + std::string(31, 'M')}},
 };
-void PrintTo(const TextCase& c, std::ostream* out) {
-  *out << c.label;
-}
 
-class TextPdfPagesTest : public TextPdfTest, public ::testing::WithParamInterface<TextCase> {};
-TEST_P(TextPdfPagesTest, HoldTheText) {
-  EXPECT_EQ(texts(GetParam().text), GetParam().pages);
+TEST_F(TextPdfTest, HoldTheText) {
+  for (const auto& [label, text, pages] : textPdfPagesCases) {
+    EXPECT_EQ(texts(text), pages) << label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    All,
-    TextPdfPagesTest,
-    ::testing::Values(TextCase{"empty", "", {""}},
-                      TextCase{"one line", "One line.\n", {"One line."}},
-                      TextCase{"lines", "a\r\nb\rc\u2028d\n\ne", {"a\nb\nc\nd\ne"}},
-                      TextCase{"NUL and other controls", "be\0fore\x07 after"s, {"before after"}},
-                      TextCase{"form feeds", "a\f\fb\f", {"a", "", "b"}},
-                      TextCase{"scripts",
-                               "Latin àçß ﬁ\nКириллица\nΕλληνικά\n中文字\nかな\n한국어\n",
-                               {"Latin àçß ﬁ\nКириллица\nΕλληνικά\n中文字\nかな\n한국어"}},
-                      TextCase{"long word",
-                               std::string(80, 'M'),
-                               {std::string(49, 'M') + "\n" + std::string(31, 'M')}}));
 
 TEST_F(TextPdfTest, HasA4PagesThatTellNothingElse) {
   const auto document = pdf("One line.");

@@ -16,6 +16,7 @@
 #include "platform/text/text_file.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
@@ -26,7 +27,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
-using ::testing::UnorderedElementsAre;
+using ::testing::UnorderedElementsAreArray;
 
 const char* const unsupported = "No supported table was found.";
 
@@ -77,11 +78,9 @@ TEST_F(WorkbookTest, HoldsTheFivePartsAndNothingElse) {
     }
   }
   EXPECT_THAT(parts,
-              UnorderedElementsAre("[Content_Types].xml",
-                                   "_rels/.rels",
-                                   "xl/workbook.xml",
-                                   "xl/_rels/workbook.xml.rels",
-                                   "xl/worksheets/sheet1.xml"));
+              UnorderedElementsAreArray(
+                  support::words("[Content_Types].xml _rels/.rels xl/workbook.xml "
+                                 "xl/_rels/workbook.xml.rels xl/worksheets/sheet1.xml")));
 }
 
 TEST_F(WorkbookTest, OpensInTheOfficeSuiteWithEveryCellAsItWas) {

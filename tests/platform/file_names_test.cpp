@@ -1,22 +1,13 @@
 #include "platform/files/file_names.h"
 
-#include <ostream>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 namespace tolvane {
 namespace {
 
-struct NameCase {
-  const char* path;
-  const char* extension;
-  const char* stem;
-};
-void PrintTo(const NameCase& c, std::ostream* out) {
-  *out << c.path;
-}
-
-const NameCase nameCases[] = {
+const std::tuple<std::string, std::string, std::string> nameCases[] = {
     {"/a/Report.PDF", "PDF", "Report"},
     {"/a.b/Report", "", "Report"},
     {"archive.tar.gz", "gz", "archive.tar"},
@@ -29,12 +20,13 @@ const NameCase nameCases[] = {
     {"Übung.Ä", "Ä", "Übung"},
 };
 
-class FileNamesTest : public testing::TestWithParam<NameCase> {};
-TEST_P(FileNamesTest, SplitsAtTheLastDot) {
-  EXPECT_EQ(FileNames::extension(GetParam().path), GetParam().extension);
-  EXPECT_EQ(FileNames::stem(GetParam().path), GetParam().stem);
+TEST(FileNamesTest, SplitsAtTheLastDot) {
+  for (const auto& [path, extension, stem] : nameCases) {
+    SCOPED_TRACE(path);
+    EXPECT_EQ(FileNames::extension(path), extension);
+    EXPECT_EQ(FileNames::stem(path), stem);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, FileNamesTest, testing::ValuesIn(nameCases));
 
 TEST(FileNames, ChangeTheCaseOfAsciiOnly) {
   EXPECT_EQ(FileNames::lowerExtension("a.TaR"), "tar");
@@ -42,31 +34,25 @@ TEST(FileNames, ChangeTheCaseOfAsciiOnly) {
   EXPECT_EQ(FileNames::upper("`az{AZ[äö"), "`AZ{AZ[äö");
 }
 
-struct AddressCase {
-  const char* text;
-  bool isAddress;
-  std::optional<std::string> localPath;
+const std::tuple<const char*, bool, std::optional<std::string>> addressCases[] = {
+    {"https://host/a.pdf", true, {}},
+    {"s3://bucket/a.pdf", true, {}},
+    {"file:///home/a%20b%", true, "/home/a b%"},
+    {"FILE://localhost/a", true, "/a"},
+    {"file://elsewhere/a", true, {}},
+    {"/a://b", false, {}},
+    {"://a", false, {}},
+    {"3d://a", false, {}},
+    {"file:/a", false, {}},
 };
-void PrintTo(const AddressCase& c, std::ostream* out) {
-  *out << c.text;
-}
 
-class AddressTest : public testing::TestWithParam<AddressCase> {};
-TEST_P(AddressTest, IsToldFromAPath) {
-  EXPECT_EQ(FileNames::isAddress(GetParam().text), GetParam().isAddress);
-  EXPECT_EQ(FileNames::localPath(GetParam().text), GetParam().localPath);
+TEST(AddressTest, IsToldFromAPath) {
+  for (const auto& [text, isAddress, localPath] : addressCases) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(FileNames::isAddress(text), isAddress);
+    EXPECT_EQ(FileNames::localPath(text), localPath);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All,
-                         AddressTest,
-                         testing::Values(AddressCase{"https://host/a.pdf", true, {}},
-                                         AddressCase{"s3://bucket/a.pdf", true, {}},
-                                         AddressCase{"file:///home/a%20b%", true, "/home/a b%"},
-                                         AddressCase{"FILE://localhost/a", true, "/a"},
-                                         AddressCase{"file://elsewhere/a", true, {}},
-                                         AddressCase{"/a://b", false, {}},
-                                         AddressCase{"://a", false, {}},
-                                         AddressCase{"3d://a", false, {}},
-                                         AddressCase{"file:/a", false, {}}));
 
 TEST(FileNamesTest, WritesAddressesThatLeadBack) {
   EXPECT_EQ(FileNames::localAddress("/tmp/a-b_c.d~1/X"), "file:///tmp/a-b_c.d~1/X");

@@ -17,19 +17,14 @@
 namespace tolvane {
 namespace {
 
-using support::gradient;
 using support::plain;
+using support::smooth;
 
 struct Case {
   const char* label;
-  int width;
-  int height;
+  int width, height;
   PixelLayout layout;
 };
-void PrintTo(const Case& c, std::ostream* out) {
-  *out << c.label << c.width << "x" << c.height;
-}
-
 /// As RGBA, by libpng.
 Bytes pixelsOfPng(BytesView encoded) {
   png_image image = {};
@@ -64,45 +59,46 @@ Bytes asRgba(const Bitmap& bitmap) {
   return rgba;
 }
 
-class ImageEncoderTest : public ::testing::TestWithParam<Case> {};
+const Case imageEncoderCases[] = {
+    {"grey", 1, 1, PixelLayout::grey},
+    {"grey", 37, 21, PixelLayout::grey},
+    {"rgb", 1, 1, PixelLayout::rgb},
+    {"rgb", 33, 1, PixelLayout::rgb},
+    {"rgb", 401, 301, PixelLayout::rgb},
+    {"rgba", 1, 9, PixelLayout::rgba},
+    {"rgba", 301, 401, PixelLayout::rgba},
+    {"bgrx", 1, 1, PixelLayout::bgrx},
+    {"bgrx", 399, 203, PixelLayout::bgrx},
+};
 
-TEST_P(ImageEncoderTest, PngKeepsEveryPixel) {
-  const Case& c = GetParam();
-  const Bitmap smooth = gradient(c.width, c.height, c.layout);
-  EXPECT_EQ(pixelsOfPng(ImageEncoder::png(smooth)), asRgba(smooth));
-  const Bitmap flat = plain(c.width, c.height, c.layout, 77);
-  EXPECT_EQ(pixelsOfPng(ImageEncoder::png(flat)), asRgba(flat));
-}
-
-TEST_P(ImageEncoderTest, JpegComesBackNearly) {
-  const Case& c = GetParam();
-  const support::TemporaryFolder folder;
-  const Bitmap original = gradient(c.width, c.height, c.layout);
-  const Bytes encoded = ImageEncoder::jpeg(original, 1.0);
-  const Bitmap decoded =
-      imageDecoder().decode(folder.write("photo", support::textOf(encoded)), 16384);
-  ASSERT_EQ(decoded.layout, c.layout == PixelLayout::grey ? PixelLayout::grey : PixelLayout::rgb);
-  const Bytes expected = asRgba(original);
-  const Bytes found = asRgba(decoded);
-  ASSERT_EQ(found.size(), expected.size());
-  double error = 0;
-  for (std::size_t i = 0; i < found.size(); ++i) {
-    error += i % 4 == 3 ? 0 : std::abs(found[i] - expected[i]);
+TEST(ImageEncoderTest, PngKeepsEveryPixel) {
+  for (const Case& c : imageEncoderCases) {
+    SCOPED_TRACE(::testing::Message() << c.label << c.width << "x" << c.height);
+    const Bitmap sloping = smooth(c.width, c.height, c.layout);
+    EXPECT_EQ(pixelsOfPng(ImageEncoder::png(sloping)), asRgba(sloping));
+    const Bitmap flat = plain(c.width, c.height, c.layout, 77);
+    EXPECT_EQ(pixelsOfPng(ImageEncoder::png(flat)), asRgba(flat));
   }
-  EXPECT_LT(error / static_cast<double>(found.size()), 4.0);
 }
 
-INSTANTIATE_TEST_SUITE_P(LayoutsAndSizes,
-                         ImageEncoderTest,
-                         ::testing::Values(Case{"grey", 1, 1, PixelLayout::grey},
-                                           Case{"grey", 37, 21, PixelLayout::grey},
-                                           Case{"rgb", 1, 1, PixelLayout::rgb},
-                                           Case{"rgb", 33, 1, PixelLayout::rgb},
-                                           Case{"rgb", 401, 301, PixelLayout::rgb},
-                                           Case{"rgba", 1, 9, PixelLayout::rgba},
-                                           Case{"rgba", 301, 401, PixelLayout::rgba},
-                                           Case{"bgrx", 1, 1, PixelLayout::bgrx},
-                                           Case{"bgrx", 399, 203, PixelLayout::bgrx}));
+TEST(ImageEncoderTest, JpegComesBackNearly) {
+  for (const Case& c : imageEncoderCases) {
+    SCOPED_TRACE(::testing::Message() << c.label << c.width << "x" << c.height);
+    const support::TemporaryFolder folder;
+    const Bitmap original = smooth(c.width, c.height, c.layout);
+    const Bytes encoded = ImageEncoder::jpeg(original, 1.0);
+    const Bitmap decoded = imageDecoder().decode(folder.write("photo", asText(encoded)), 16384);
+    ASSERT_EQ(decoded.layout, c.layout == PixelLayout::grey ? PixelLayout::grey : PixelLayout::rgb);
+    const Bytes expected = asRgba(original);
+    const Bytes found = asRgba(decoded);
+    ASSERT_EQ(found.size(), expected.size());
+    double error = 0;
+    for (std::size_t i = 0; i < found.size(); ++i) {
+      error += i % 4 == 3 ? 0 : std::abs(found[i] - expected[i]);
+    }
+    EXPECT_LT(error / static_cast<double>(found.size()), 4.0);
+  }
+}
 
 std::uint8_t colorTypeOf(BytesView encoded) {
   return encoded[25];
@@ -164,19 +160,13 @@ TEST(ImageEncoderFailureTest, RefusesWhatCannotBeEncoded) {
   EXPECT_THROW((void)ImageEncoder::jpeg(plain(65501, 1, PixelLayout::grey, 1), 0.9), PlatformError);
 }
 
-TEST(JpegQualityTest, BuysBytes) {
-  const Bitmap picture = gradient(200, 200, PixelLayout::rgb);
-  EXPECT_LT(ImageEncoder::jpeg(picture, 0.1).size(), ImageEncoder::jpeg(picture, 0.95).size());
-}
-
 TEST(ReopenTest, ReadsTheSizeOrNothing) {
-  const Bitmap picture = gradient(41, 23, PixelLayout::rgb);
+  const Bitmap picture = smooth(41, 23, PixelLayout::rgb);
   const std::array<Bytes, 2> files = {ImageEncoder::png(picture), ImageEncoder::jpeg(picture, 0.9)};
   for (const Bytes& file : files) {
     const auto size = ImageEncoder::reopen(file);
     ASSERT_TRUE(size);
-    EXPECT_EQ(size->width, 41);
-    EXPECT_EQ(size->height, 23);
+    EXPECT_EQ(std::pair(size->width, size->height), std::pair(41, 23));
     EXPECT_FALSE(ImageEncoder::reopen(BytesView(file).first(20)));
   }
   EXPECT_FALSE(ImageEncoder::reopen({}));

@@ -32,6 +32,10 @@ class ComposeTest : public ::testing::Test {
     return pdfLibrary().open(file);
   }
 
+  static std::string fileOf(PdfComposer& composer) {
+    return std::string(asText(composer.serialise()));
+  }
+
   /// "<text>@<rotation>" of each page.
   static std::vector<std::string> summary(PdfDocument& document) {
     std::vector<std::string> pages;
@@ -102,8 +106,7 @@ TEST_F(ComposeTest, KeepsBoxesAnnotationsAndDataOfPages) {
   source->render(0, 10, 10, bitmap);  // from a copy without the crop box
   source.reset();                     // the composer keeps it
 
-  const Bytes bytes = composer->serialise();
-  const std::string text(bytes.begin(), bytes.end());
+  const std::string text = fileOf(*composer);
   EXPECT_THAT(text, ::testing::HasSubstr(content));
   EXPECT_THAT(text, ::testing::HasSubstr("A remark"));
   EXPECT_THAT(text, ::testing::HasSubstr("[ 1 2 30 40 ]"));
@@ -114,9 +117,7 @@ TEST_F(ComposeTest, WritesProtectedPagesInTheClear) {
       PdfBuilder().page({.text = "Clear"}).writeRestricted(folder_ / "owner.pdf", "secret"));
   const auto composer = pdfLibrary().compose();
   composer->append(source, 0, std::nullopt);
-  const Bytes bytes = composer->serialise();
-  EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
-              ::testing::Not(::testing::HasSubstr("/Encrypt")));
+  EXPECT_THAT(fileOf(*composer), ::testing::Not(::testing::HasSubstr("/Encrypt")));
   EXPECT_THAT(summary(*reopened(*composer)), ::testing::ElementsAre("Clear@0"));
 }
 
@@ -173,9 +174,7 @@ TEST_F(ComposeTest, KeepsLinksBetweenThePagesThatAreTaken) {
   pair->append(source, 0, std::nullopt);
   pair->append(source, 2, std::nullopt);
   EXPECT_THAT(linkTargets(*pair), ::testing::ElementsAre(-1, 0));
-  const Bytes bytes = pair->serialise();
-  EXPECT_THAT(std::string(bytes.begin(), bytes.end()),
-              ::testing::Not(::testing::HasSubstr("(B) Tj")));
+  EXPECT_THAT(fileOf(*pair), ::testing::Not(::testing::HasSubstr("(B) Tj")));
 }
 
 TEST_F(ComposeTest, PassesOverLinksThatMakeNoSense) {

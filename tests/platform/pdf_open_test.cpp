@@ -2,8 +2,8 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,62 +22,43 @@ using support::PdfBuilder;
 using support::PdfPage;
 using support::TemporaryFolder;
 
-BytesView viewOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
-struct GeometryCase {
-  const char* label;
-  PdfPage page;
-  const char* inherited;
-  double width;
-  double height;
-  int rotation;
-};
-
-void PrintTo(const GeometryCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-class GeometryTest : public ::testing::TestWithParam<GeometryCase> {};
-
-TEST_P(GeometryTest, StatesTheMediaBoxAndTheRotation) {
-  const TemporaryFolder folder;
-  const fs::path file =
-      PdfBuilder().page(GetParam().page).inherited(GetParam().inherited).write(folder / "page.pdf");
-  const PdfPageGeometry geometry = pdfLibrary().open(file)->geometry(0);
-  EXPECT_DOUBLE_EQ(geometry.width, GetParam().width);
-  EXPECT_DOUBLE_EQ(geometry.height, GetParam().height);
-  EXPECT_EQ(geometry.rotation, GetParam().rotation);
-}
-
 const std::string hugeNumber = std::string(400, '9') + ".0";
 
-INSTANTIATE_TEST_SUITE_P(
-    Pages,
-    GeometryTest,
-    ::testing::Values(
-        GeometryCase{"own box", {.width = 595.5, .height = 842}, "", 595.5, 842, 0},
-        GeometryCase{"corners exchanged", {.mediaBox = "[300 400 100 50]"}, "", 200, 350, 0},
-        GeometryCase{"inherited box", {.mediaBox = ""}, "/MediaBox [0 0 20 30]", 20, 30, 0},
-        GeometryCase{"crop box ignored", {.entries = "/CropBox [9 9 20 20]"}, "", 612, 792, 0},
-        GeometryCase{"user unit ignored", {.entries = "/UserUnit 10"}, "", 612, 792, 0},
-        GeometryCase{"missing box", {.mediaBox = ""}, "", 0, 0, 0},
-        GeometryCase{"empty box", {.mediaBox = "[5 5 5 90]"}, "", 0, 0, 0},
-        GeometryCase{"short box", {.mediaBox = "[0 0 612]"}, "", 0, 0, 0},
-        GeometryCase{"words in the box", {.mediaBox = "[0 0 /Wide (high)]"}, "", 0, 0, 0},
-        GeometryCase{"infinite", {.mediaBox = "[0 0 " + hugeNumber + " 9]"}, "", 0, 0, 0},
-        GeometryCase{"own rotation", {.rotation = 180}, "/Rotate 90", 612, 792, 180},
-        GeometryCase{"inherited rotation", {}, "/Rotate 270", 612, 792, 270},
-        GeometryCase{"negative rotation", {.rotation = -90}, "", 612, 792, -90},
-        GeometryCase{"more than a turn", {.rotation = 450}, "", 612, 792, 450},
-        GeometryCase{"rotation no number", {.entries = "/Rotate /Left"}, "", 612, 792, 0}));
+const std::tuple<const char*, PdfPage, const char*, double, double, int> geometryCases[] = {
+    {"own box", {.width = 595.5, .height = 842}, "", 595.5, 842, 0},
+    {"corners exchanged", {.mediaBox = "[300 400 100 50]"}, "", 200, 350, 0},
+    {"inherited box", {.mediaBox = ""}, "/MediaBox [0 0 20 30]", 20, 30, 0},
+    {"crop box ignored", {.entries = "/CropBox [9 9 20 20]"}, "", 612, 792, 0},
+    {"user unit ignored", {.entries = "/UserUnit 10"}, "", 612, 792, 0},
+    {"missing box", {.mediaBox = ""}, "", 0, 0, 0},
+    {"empty box", {.mediaBox = "[5 5 5 90]"}, "", 0, 0, 0},
+    {"short box", {.mediaBox = "[0 0 612]"}, "", 0, 0, 0},
+    {"words in the box", {.mediaBox = "[0 0 /Wide (high)]"}, "", 0, 0, 0},
+    {"infinite", {.mediaBox = "[0 0 " + hugeNumber + " 9]"}, "", 0, 0, 0},
+    {"own rotation", {.rotation = 180}, "/Rotate 90", 612, 792, 180},
+    {"inherited rotation", {}, "/Rotate 270", 612, 792, 270},
+    {"negative rotation", {.rotation = -90}, "", 612, 792, -90},
+    {"more than a turn", {.rotation = 450}, "", 612, 792, 450},
+    {"rotation no number", {.entries = "/Rotate /Left"}, "", 612, 792, 0},
+};
+
+TEST(GeometryTest, StatesTheMediaBoxAndTheRotation) {
+  for (const auto& [label, page, inherited, width, height, rotation] : geometryCases) {
+    SCOPED_TRACE(label);
+    const TemporaryFolder folder;
+    const fs::path file = PdfBuilder().page(page).inherited(inherited).write(folder / "page.pdf");
+    const PdfPageGeometry geometry = pdfLibrary().open(file)->geometry(0);
+    EXPECT_DOUBLE_EQ(geometry.width, width);
+    EXPECT_DOUBLE_EQ(geometry.height, height);
+    EXPECT_EQ(geometry.rotation, rotation);
+  }
+}
 
 TEST(PdfLibraryTest, CountsPages) {
   const TemporaryFolder folder;
   const PdfBuilder three = PdfBuilder().page({}).page({}).page({});
   EXPECT_EQ(pdfLibrary().open(three.write(folder / "three.pdf"))->pageCount(), 3);
-  EXPECT_EQ(pdfLibrary().countPages(viewOf(three.bytes())), 3);
+  EXPECT_EQ(pdfLibrary().countPages(asBytes(three.bytes())), 3);
   EXPECT_EQ(pdfLibrary().open(PdfBuilder().write(folder / "none.pdf"))->pageCount(), 0);
 }
 
@@ -89,118 +70,86 @@ TEST(PdfLibraryTest, OpensWhatOnlyAnOwnerPasswordProtects) {
   EXPECT_THAT(document->text(0), ::testing::StartsWith("Open"));
 }
 
-struct RefusalCase {
-  const char* label;
-  std::function<fs::path(const TemporaryFolder&)> make;
-  std::optional<PdfOpenError::Reason> reason;  // absent: the system's refusal
-};
-
-void PrintTo(const RefusalCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-class OpenRefusalTest : public ::testing::TestWithParam<RefusalCase> {};
-
-TEST_P(OpenRefusalTest, SaysWhy) {
-  const TemporaryFolder folder;
-  const fs::path file = GetParam().make(folder);
-  ::testing::internal::CaptureStderr();
-  std::optional<PdfOpenError::Reason> reason;
-  try {
-    static_cast<void>(pdfLibrary().open(file));
-    ADD_FAILURE() << "opened";
-  } catch (const PdfOpenError& error) {
-    reason = error.reason();
-  } catch (const PlatformError& error) {
-    EXPECT_THAT(error.what(), ::testing::HasSubstr(file.string()));
-  }
-  EXPECT_EQ(reason, GetParam().reason);
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
-}
-
 std::string cutInHalf(const std::string& text) {
   return text.substr(0, text.size() / 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files,
-    OpenRefusalTest,
-    ::testing::Values(
-        RefusalCase{"locked",
-                    [](const TemporaryFolder& folder) {
-                      return PdfBuilder().page({}).writeLocked(folder / "a.pdf", "secret");
-                    },
-                    PdfOpenError::Reason::locked},
-        RefusalCase{"garbage",
-                    [](const TemporaryFolder& folder) {
-                      return folder.write("a.pdf", "%PDF-1.4\nnothing of the kind");
-                    },
-                    PdfOpenError::Reason::damaged},
-        RefusalCase{"empty",
-                    [](const TemporaryFolder& folder) { return folder.write("a.pdf", ""); },
-                    PdfOpenError::Reason::damaged},
-        RefusalCase{"truncated",
-                    [](const TemporaryFolder& folder) {
-                      return folder.write("a.pdf", cutInHalf(PdfBuilder().page({}).bytes()));
-                    },
-                    PdfOpenError::Reason::damaged},
-        RefusalCase{"missing",
-                    [](const TemporaryFolder& folder) { return folder / "a.pdf"; },
-                    std::nullopt},
-        RefusalCase{
-            "folder", [](const TemporaryFolder& folder) { return folder.path(); }, std::nullopt}));
+TEST(OpenRefusalTest, SaysWhy) {
+  constexpr auto damaged = PdfOpenError::Reason::damaged;
+  const TemporaryFolder folder;
+  // Without a reason: the system's refusal.
+  const std::pair<fs::path, std::optional<PdfOpenError::Reason>> cases[] = {
+      {PdfBuilder().page({}).writeLocked(folder / "locked.pdf", "secret"),
+       PdfOpenError::Reason::locked},
+      {folder.write("garbage.pdf", "%PDF-1.4\nnothing of the kind"), damaged},
+      {folder.write("empty.pdf", ""), damaged},
+      {folder.write("cut.pdf", cutInHalf(PdfBuilder().page({}).bytes())), damaged},
+      {folder / "missing.pdf", std::nullopt},
+      {folder.path(), std::nullopt}};
+  for (const auto& [file, expected] : cases) {
+    SCOPED_TRACE(file);
+    ::testing::internal::CaptureStderr();
+    std::optional<PdfOpenError::Reason> reason;
+    try {
+      (void)pdfLibrary().open(file);
+      ADD_FAILURE() << "opened";
+    } catch (const PdfOpenError& error) {
+      reason = error.reason();
+    } catch (const PlatformError& error) {
+      EXPECT_THAT(error.what(), ::testing::HasSubstr(file.string()));
+    }
+    EXPECT_EQ(reason, expected);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+  }
+}
 
 TEST(PdfLibraryTest, RefusesToCountPagesOfGarbage) {
   const std::string whole = PdfBuilder().page({}).bytes();
   for (const std::string& bytes : {std::string(), std::string("garbage"), cutInHalf(whole)}) {
-    EXPECT_THROW(static_cast<void>(pdfLibrary().countPages(viewOf(bytes))), PdfOpenError) << bytes;
+    EXPECT_THROW((void)pdfLibrary().countPages(asBytes(bytes)), PdfOpenError) << bytes;
   }
 }
 
-class UnreadablePageTest : public ::testing::TestWithParam<const char*> {};
+TEST(UnreadablePageTest, IsRefusedAndTheOthersAreRead) {
+  for (const char* value : {"null", "(( /Type /Page >>", "[1 2]", "7"}) {
+    SCOPED_TRACE(value);
+    const TemporaryFolder folder;
+    const PdfBuilder builder =
+        PdfBuilder().page({.text = "One"}).page({.object = value}).page({.text = "Three"});
+    EXPECT_THROW((void)pdfLibrary().countPages(asBytes(builder.bytes())), PdfOpenError);
 
-TEST_P(UnreadablePageTest, IsRefusedAndTheOthersAreRead) {
-  const TemporaryFolder folder;
-  const PdfBuilder builder =
-      PdfBuilder().page({.text = "One"}).page({.object = GetParam()}).page({.text = "Three"});
-  EXPECT_THROW(static_cast<void>(pdfLibrary().countPages(viewOf(builder.bytes()))), PdfOpenError);
-
-  const auto document = pdfLibrary().open(builder.write(folder / "a.pdf"));
-  const auto composer = pdfLibrary().compose();
-  Bitmap bitmap;
-  EXPECT_EQ(document->pageCount(), 3);
-  EXPECT_THROW(static_cast<void>(document->geometry(1)), PlatformError);
-  EXPECT_THROW(document->render(1, 10, 10, bitmap), PlatformError);
-  EXPECT_THROW(static_cast<void>(document->text(1)), PlatformError);
-  EXPECT_THROW(composer->append(document, 1, std::nullopt), PlatformError);
-  EXPECT_EQ(document->text(0), "One");
-  EXPECT_EQ(document->text(2), "Three");
-  composer->append(document, 2, std::nullopt);
-  EXPECT_EQ(pdfLibrary().countPages(composer->serialise()), 1);
+    const auto document = pdfLibrary().open(builder.write(folder / "a.pdf"));
+    const auto composer = pdfLibrary().compose();
+    Bitmap bitmap;
+    EXPECT_EQ(document->pageCount(), 3);
+    EXPECT_THROW((void)document->geometry(1), PlatformError);
+    EXPECT_THROW(document->render(1, 10, 10, bitmap), PlatformError);
+    EXPECT_THROW((void)document->text(1), PlatformError);
+    EXPECT_THROW(composer->append(document, 1, std::nullopt), PlatformError);
+    EXPECT_EQ(document->text(0), "One");
+    EXPECT_EQ(document->text(2), "Three");
+    composer->append(document, 2, std::nullopt);
+    EXPECT_EQ(pdfLibrary().countPages(composer->serialise()), 1);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Objects,
-                         UnreadablePageTest,
-                         ::testing::Values("null", "(( /Type /Page >>", "[1 2]", "7"));
-
-class WrongCountTest : public ::testing::TestWithParam<std::size_t> {};
-
-TEST_P(WrongCountTest, DoesNotHideAPage) {
-  const TemporaryFolder folder;
-  const auto document = pdfLibrary().open(PdfBuilder()
-                                              .page({.text = "One"})
-                                              .page({.text = "Two"})
-                                              .page({.text = "Three"})
-                                              .wrongCount(GetParam())
-                                              .write(folder / "a.pdf"));
-  ASSERT_EQ(document->pageCount(), 3);
-  Bitmap bitmap;
-  document->render(2, 10, 10, bitmap);
-  EXPECT_EQ(document->text(2), "Three");
-  EXPECT_EQ(document->text(0), "One");
+TEST(WrongCountTest, DoesNotHideAPage) {
+  for (const std::size_t value : {0U, 1U, 2U, 4U, 900U}) {
+    SCOPED_TRACE(value);
+    const TemporaryFolder folder;
+    const auto document = pdfLibrary().open(PdfBuilder()
+                                                .page({.text = "One"})
+                                                .page({.text = "Two"})
+                                                .page({.text = "Three"})
+                                                .wrongCount(value)
+                                                .write(folder / "a.pdf"));
+    ASSERT_EQ(document->pageCount(), 3);
+    Bitmap bitmap;
+    document->render(2, 10, 10, bitmap);
+    EXPECT_EQ(document->text(2), "Three");
+    EXPECT_EQ(document->text(0), "One");
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Counts, WrongCountTest, ::testing::Values(0, 1, 2, 4, 900));
 
 TEST(PdfLibraryTest, SaysThatTheFileChanged) {
   const TemporaryFolder folder;
@@ -211,53 +160,42 @@ TEST(PdfLibraryTest, SaysThatTheFileChanged) {
             "Could not read " + file.string() + ": the file changed after it was opened.");
 }
 
-struct ChangeCase {
-  const char* label;
-  std::function<void(const fs::path&)> change;
+const std::tuple<const char*, std::function<void(const fs::path&)>> changedFileCases[] = {
+    {"truncated", [](const fs::path& file) { fs::resize_file(file, 100); }},
+    {"emptied", [](const fs::path& file) { fs::resize_file(file, 0); }},
+    {"removed", [](const fs::path& file) { fs::remove(file); }},
+    {"replaced",
+     [](const fs::path& file) {
+       const fs::path other = file.parent_path() / "b.pdf";
+       fs::copy_file(file, other);
+       fs::rename(other, file);
+     }},
+    {"written",
+     [](const fs::path& file) {
+       fs::last_write_time(file, fs::file_time_type::clock::now() + std::chrono::seconds(5));
+     }},
 };
 
-void PrintTo(const ChangeCase& c, std::ostream* out) {
-  *out << c.label;
+TEST(ChangedFileTest, FailsFromTheNextCall) {
+  for (const auto& [label, change] : changedFileCases) {
+    SCOPED_TRACE(label);
+    const TemporaryFolder folder;
+    const PdfBuilder builder = PdfBuilder().page({.text = "One"}).page({.text = "Two"});
+    const fs::path file = builder.write(folder / "a.pdf");
+    const auto document = pdfLibrary().open(file);
+    const auto composer = pdfLibrary().compose();
+    composer->append(document, 0, std::nullopt);
+
+    change(file);
+
+    Bitmap bitmap;
+    EXPECT_THROW((void)document->geometry(1), PlatformError);
+    EXPECT_THROW(document->render(0, 10, 10, bitmap), PlatformError);
+    EXPECT_THROW((void)document->text(0), PlatformError);
+    EXPECT_THROW(composer->append(document, 1, std::nullopt), PlatformError);
+    EXPECT_THROW((void)composer->serialise(), PlatformError);
+  }
 }
-
-class ChangedFileTest : public ::testing::TestWithParam<ChangeCase> {};
-
-TEST_P(ChangedFileTest, FailsFromTheNextCall) {
-  const TemporaryFolder folder;
-  const PdfBuilder builder = PdfBuilder().page({.text = "One"}).page({.text = "Two"});
-  const fs::path file = builder.write(folder / "a.pdf");
-  const auto document = pdfLibrary().open(file);
-  const auto composer = pdfLibrary().compose();
-  composer->append(document, 0, std::nullopt);
-
-  GetParam().change(file);
-
-  Bitmap bitmap;
-  EXPECT_THROW(static_cast<void>(document->geometry(1)), PlatformError);
-  EXPECT_THROW(document->render(0, 10, 10, bitmap), PlatformError);
-  EXPECT_THROW(static_cast<void>(document->text(0)), PlatformError);
-  EXPECT_THROW(composer->append(document, 1, std::nullopt), PlatformError);
-  EXPECT_THROW(static_cast<void>(composer->serialise()), PlatformError);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Changes,
-    ChangedFileTest,
-    ::testing::Values(ChangeCase{"truncated",
-                                 [](const fs::path& file) { fs::resize_file(file, 100); }},
-                      ChangeCase{"emptied", [](const fs::path& file) { fs::resize_file(file, 0); }},
-                      ChangeCase{"removed", [](const fs::path& file) { fs::remove(file); }},
-                      ChangeCase{"replaced",
-                                 [](const fs::path& file) {
-                                   const fs::path other = file.parent_path() / "b.pdf";
-                                   fs::copy_file(file, other);
-                                   fs::rename(other, file);
-                                 }},
-                      ChangeCase{"written", [](const fs::path& file) {
-                                   fs::last_write_time(
-                                       file,
-                                       fs::file_time_type::clock::now() + std::chrono::seconds(5));
-                                 }}));
 
 }  // namespace
 

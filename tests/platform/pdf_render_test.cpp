@@ -1,8 +1,5 @@
-#include <array>
 #include <cstdint>
-#include <filesystem>
 #include <numeric>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -41,60 +38,50 @@ struct CornerCase {
   const char* label;
   PdfPage page;  // 100 x 200 points with a red square in the lower left corner
   const char* inherited;
-  int width;
-  int height;
-  int redX;
-  int redY;
+  int width, height, redX, redY;
 };
 
-void PrintTo(const CornerCase& c, std::ostream* out) {
-  *out << c.label;
-}
+const CornerCase renderCases[] = {
+    {"upright", {}, "", 100, 200, 0, 1},
+    {"scaled", {}, "", 200, 400, 0, 1},
+    {"out of proportion", {}, "", 333, 50, 0, 1},
+    {"90", {.rotation = 90}, "", 200, 100, 0, 0},
+    {"inherited 180", {}, "/Rotate 180", 100, 200, 1, 0},
+    {"-90", {.rotation = -90}, "", 200, 100, 1, 1},
+    {"450", {.rotation = 450}, "", 200, 100, 0, 0},
+    {"cropped", {.entries = "/CropBox [40 40 60 60]"}, "", 100, 200, 0, 1},
+    {"inherited crop box", {}, "/CropBox [40 40 60 60]", 100, 200, 0, 1},
+    {"box off the origin",
+     {.drawing = "1 1 1 rg 0 0 99 99 re f 1 0 0 rg -50 -100 20 20 re f",
+      .mediaBox = "[-50 -100 50 100]",
+      .entries = "/CropBox [0 0 50 100]"},
+     "",
+     100,
+     200,
+     0,
+     1},
+};
 
-class RenderTest : public ::testing::TestWithParam<CornerCase> {};
+TEST(RenderTest, PaintsTheWholeMediaBoxTurnedOverWhite) {
+  for (const auto& [label, page, inherited, width, height, redX, redY] : renderCases) {
+    SCOPED_TRACE(label);
+    PdfPage marked = page;
+    marked.width = 100;
+    marked.height = 200;
+    marked.drawing = "1 0 0 rg 0 0 20 20 re f " + page.drawing;
+    const Bitmap bitmap = painted(PdfBuilder().page(marked).inherited(inherited), width, height);
 
-TEST_P(RenderTest, PaintsTheWholeMediaBoxTurnedOverWhite) {
-  const auto& [label, page, inherited, width, height, redX, redY] = GetParam();
-  PdfPage marked = page;
-  marked.width = 100;
-  marked.height = 200;
-  marked.drawing = "1 0 0 rg 0 0 20 20 re f " + page.drawing;
-  const Bitmap bitmap = painted(PdfBuilder().page(marked).inherited(inherited), width, height);
-
-  ASSERT_EQ(bitmap.width, width);
-  ASSERT_EQ(bitmap.height, height);
-  ASSERT_EQ(bitmap.layout, PixelLayout::bgrx);
-  ASSERT_EQ(bitmap.pixels.size(), bitmap.stride() * static_cast<std::size_t>(height));
-  for (const int x : {2, width - 3}) {
-    for (const int y : {2, height - 3}) {
-      const bool marker = (x < width / 2) == (redX == 0) && (y < height / 2) == (redY == 0);
-      EXPECT_EQ(colorAt(bitmap, x, y), marker ? red : white) << x << ", " << y;
+    ASSERT_EQ(std::pair(bitmap.width, bitmap.height), std::pair(width, height));
+    ASSERT_EQ(bitmap.layout, PixelLayout::bgrx);
+    ASSERT_EQ(bitmap.pixels.size(), bitmap.stride() * static_cast<std::size_t>(height));
+    for (const int x : {2, width - 3}) {
+      for (const int y : {2, height - 3}) {
+        const bool marker = (x < width / 2) == (redX == 0) && (y < height / 2) == (redY == 0);
+        EXPECT_EQ(colorAt(bitmap, x, y), marker ? red : white) << x << ", " << y;
+      }
     }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages,
-    RenderTest,
-    ::testing::Values(
-        CornerCase{"upright", {}, "", 100, 200, 0, 1},
-        CornerCase{"scaled", {}, "", 200, 400, 0, 1},
-        CornerCase{"out of proportion", {}, "", 333, 50, 0, 1},
-        CornerCase{"90", {.rotation = 90}, "", 200, 100, 0, 0},
-        CornerCase{"inherited 180", {}, "/Rotate 180", 100, 200, 1, 0},
-        CornerCase{"-90", {.rotation = -90}, "", 200, 100, 1, 1},
-        CornerCase{"450", {.rotation = 450}, "", 200, 100, 0, 0},
-        CornerCase{"cropped", {.entries = "/CropBox [40 40 60 60]"}, "", 100, 200, 0, 1},
-        CornerCase{"inherited crop box", {}, "/CropBox [40 40 60 60]", 100, 200, 0, 1},
-        CornerCase{"box off the origin",
-                   {.drawing = "1 1 1 rg 0 0 99 99 re f 1 0 0 rg -50 -100 20 20 re f",
-                    .mediaBox = "[-50 -100 50 100]",
-                    .entries = "/CropBox [0 0 50 100]"},
-                   "",
-                   100,
-                   200,
-                   0,
-                   1}));
 
 TEST(PdfDocumentTest, ShowsAnnotations) {
   const PdfBuilder builder = PdfBuilder().page(
@@ -137,7 +124,7 @@ TEST(PdfDocumentTest, GivesEachCharacterItsBox) {
   EXPECT_EQ(glyphs[5].minX(), glyphs[0].minX());
   EXPECT_GT(glyphs[5].midY(), glyphs[0].midY() + 20);
   EXPECT_TRUE(document->glyphs(1).empty());
-  EXPECT_THROW(static_cast<void>(document->glyphs(2)), PlatformError);
+  EXPECT_THROW((void)document->glyphs(2), PlatformError);
 }
 
 // The first pages are read from the file itself, later ones from a copy made for reading.
@@ -179,9 +166,9 @@ TEST(PdfDocumentTest, RefusesPagesThatAreNotThere) {
       PdfBuilder().page({}).page({.mediaBox = "[0 0 0 0]"}).write(folder / "a.pdf"));
   Bitmap bitmap;
   for (const int page : {-1, 2}) {
-    EXPECT_THROW(static_cast<void>(document->geometry(page)), PlatformError) << page;
+    EXPECT_THROW((void)document->geometry(page), PlatformError) << page;
     EXPECT_THROW(document->render(page, 10, 10, bitmap), PlatformError) << page;
-    EXPECT_THROW(static_cast<void>(document->text(page)), PlatformError) << page;
+    EXPECT_THROW((void)document->text(page), PlatformError) << page;
   }
   EXPECT_THROW(document->render(1, 10, 10, bitmap), PlatformError);
   EXPECT_THROW(document->render(0, 0, 10, bitmap), PlatformError);

@@ -1,12 +1,14 @@
 #include "platform/text/property_list.h"
 
 #include <chrono>
-#include <ostream>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
@@ -87,162 +89,128 @@ std::string declared(const std::string& encoding, const std::string& text) {
   return "<?xml version=\"1.0\" " + encoding + "?><plist><string>" + text + "</string></plist>";
 }
 
-struct ListCase {
-  const char* label;
-  std::string content;
-  const char* expected;
-};
-void PrintTo(const ListCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-class ListTest : public ::testing::TestWithParam<ListCase> {};
-TEST_P(ListTest, IsReadOrRefused) {
-  EXPECT_EQ(shown(GetParam().content), GetParam().expected);
-}
-
 const std::string everything =
     "<dict><key>a</key><string>x</string><!-- c --><key>b</key><data>aGkh\n\t</data>"
     "<key>c</key><array><true/><integer>1</integer><date>2001</date><real>1</real><false/></array>"
     "</dict>";
 
-INSTANTIATE_TEST_SUITE_P(
-    Xml,
-    ListTest,
-    ::testing::Values(
-        ListCase{"every element",
-                 xml(everything),
-                 "{a='x';b=<hi!>;c=(other,other,other,other,other,);}"},
-        ListCase{"UTF-8 mark", "\xEF\xBB\xBF" + xml("<string>é</string>"), "'é'"},
-        ListCase{"UTF-16", utf16(xml("<string>a</string>")), "'a'"},
-        ListCase{"no declaration", "\n<plist><string/></plist>", "''"},
-        ListCase{"empty elements",
-                 xml("<array><dict/><data/><array/><string></string></array>"),
-                 "({},<>,(),'',)"},
-        ListCase{"entities",
-                 xml("<string>&lt;&gt;&amp;&quot;&apos;&#233;&#x1F600;</string>"),
-                 "'<>&\"'é😀'"},
-        ListCase{"character data", xml("<string>a<![CDATA[<&b;]]>c</string>"), "'a<&b;c'"},
-        ListCase{"blanks in text stay", xml("<string> a\n b </string>"), "' a\n b '"},
-        ListCase{"last of equal keys",
-                 xml("<dict><key>a</key><true/><key>a</key><string>2</string></dict>"),
-                 "{a='2';}"},
-        ListCase{"definitions are passed over",
-                 "<!DOCTYPE plist [<!-- don't ]> --><!ENTITY a \"]>\"><!ELEMENT b (c)>]>"
-                 "<plist><string>x</string></plist>",
-                 "'x'"},
-        ListCase{"defined entity",
-                 "<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><string>&a;</string></plist>",
-                 "refused"},
-        ListCase{"surrogate by number", xml("<string>&#xD800;</string>"), "refused"},
-        ListCase{"number out of range", xml("<string>&#1114112;</string>"), "refused"},
-        ListCase{"damaged data", xml("<data>a*b=</data>"), "refused"},
-        ListCase{"unpadded data", xml("<data>aGk</data>"), "<hi>"},
-        ListCase{"data of one digit", xml("<data>aGkha</data>"), "refused"},
-        ListCase{"unknown element", xml("<set/>"), "refused"},
-        ListCase{"wrong end", xml("<array><string>a</array></string>"), "refused"},
-        ListCase{"value without key", xml("<dict><true/></dict>"), "refused"},
-        ListCase{"key without value", xml("<dict><key>a</key></dict>"), "refused"},
-        ListCase{"text between elements", xml("<dict>a</dict>"), "refused"},
-        ListCase{"two values", xml("<true/><true/>"), "refused"},
-        ListCase{"no value", xml(""), "refused"},
-        ListCase{"no list", "<html></html>", "refused"},
-        ListCase{"not UTF-8", xml("<string>\xE9</string>"), "refused"},
-        ListCase{"Latin 1", declared("encoding=\"ISO-8859-1\"", "\xE9\x92"), "'é\u0092'"},
-        ListCase{"Windows Latin", declared("encoding = 'Windows-1252' ", "\xE9\x92"), "'é’'"},
-        ListCase{"Mac Roman", declared("encoding=\"macintosh\"", "\x8E\xD5"), "'é’'"},
-        ListCase{"no name", declared("encoding=", "\xE9"), "refused"},
-        ListCase{"unfinished name", declared("encoding=\"macintosh", "\xE9"), "refused"},
-        ListCase{"Latin 1 behind a UTF-8 mark",
-                 "\xEF\xBB\xBF" + declared("encoding=\"ISO-8859-1\"", "é"),
-                 "'é'"}));
+const std::tuple<std::string, std::string, std::string> listCases[] = {
+    {"every element", xml(everything), "{a='x';b=<hi!>;c=(other,other,other,other,other,);}"},
+    {"UTF-8 mark", "\xEF\xBB\xBF" + xml("<string>é</string>"), "'é'"},
+    {"UTF-16", utf16(xml("<string>a</string>")), "'a'"},
+    {"no declaration", "\n<plist><string/></plist>", "''"},
+    {"empty elements",
+     xml("<array><dict/><data/><array/><string></string></array>"),
+     "({},<>,(),'',)"},
+    {"entities", xml("<string>&lt;&gt;&amp;&quot;&apos;&#233;&#x1F600;</string>"), "'<>&\"'é😀'"},
+    {"character data", xml("<string>a<![CDATA[<&b;]]>c</string>"), "'a<&b;c'"},
+    {"blanks in text stay", xml("<string> a\n b </string>"), "' a\n b '"},
+    {"last of equal keys",
+     xml("<dict><key>a</key><true/><key>a</key><string>2</string></dict>"),
+     "{a='2';}"},
+    {"definitions are passed over",
+     "<!DOCTYPE plist [<!-- don't ]> --><!ENTITY a \"]>\"><!ELEMENT b (c)>]>"
+     "<plist><string>x</string></plist>",
+     "'x'"},
+    {"defined entity",
+     "<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><string>&a;</string></plist>",
+     "refused"},
+    {"surrogate by number", xml("<string>&#xD800;</string>"), "refused"},
+    {"number out of range", xml("<string>&#1114112;</string>"), "refused"},
+    {"damaged data", xml("<data>a*b=</data>"), "refused"},
+    {"unpadded data", xml("<data>aGk</data>"), "<hi>"},
+    {"data of one digit", xml("<data>aGkha</data>"), "refused"},
+    {"unknown element", xml("<set/>"), "refused"},
+    {"wrong end", xml("<array><string>a</array></string>"), "refused"},
+    {"value without key", xml("<dict><true/></dict>"), "refused"},
+    {"key without value", xml("<dict><key>a</key></dict>"), "refused"},
+    {"text between elements", xml("<dict>a</dict>"), "refused"},
+    {"two values", xml("<true/><true/>"), "refused"},
+    {"no value", xml(""), "refused"},
+    {"no list", "<html></html>", "refused"},
+    {"not UTF-8", xml("<string>\xE9</string>"), "refused"},
+    {"Latin 1", declared("encoding=\"ISO-8859-1\"", "\xE9\x92"), "'é\u0092'"},
+    {"Windows Latin", declared("encoding = 'Windows-1252' ", "\xE9\x92"), "'é’'"},
+    {"Mac Roman", declared("encoding=\"macintosh\"", "\x8E\xD5"), "'é’'"},
+    {"no name", declared("encoding=", "\xE9"), "refused"},
+    {"unfinished name", declared("encoding=\"macintosh", "\xE9"), "refused"},
+    {"Latin 1 behind a UTF-8 mark",
+     "\xEF\xBB\xBF" + declared("encoding=\"ISO-8859-1\"", "é"),
+     "'é'"},
+    {"dictionary",
+     "// c\n{ \"UTI Data\" = { a.b-c = \"hi\"; }; /* ; */ 'd'=e; }\n",
+     "{UTI Data={a.b-c='hi';};d='e';}"},
+    {"list", "(a, (b), <6869 2 1>, {}, )", "refused"},
+    {"nested list", "(a, (b), <6869 21>, {}, )", "('a',('b',),<hi!>,{},)"},
+    {"data at the top", "<6869>", "<hi>"},
+    {"letters escaped", R"("\n\t\"\\\'\q")", "'\n\t\"\\'q'"},
+    {"units escaped", R"("\U00e9\uD83D\uDE00\U41g")", "'é😀Ag'"},
+    {"lone surrogate", R"("\Ud83dx")", "'\uFFFDx'"},
+    {"octal", R"("\101\12\351\12x")", "'A\nØ\nx'"},
+    {"raw characters", "\"é\"", "'é'"},
+    {"UTF-16", utf16("{a=b;}"), "{a='b';}"},
+    {"word", "hello", "'hello'"},
+    {"address", "http://a.b/c", "'http://a.b/c'"},
+    {"prose", "just text", "refused"},
+    {"JSON", "{\"UTI-Data\":{}}", "refused"},
+    {"no semicolon", "{a=b}", "refused"},
+    {"no braces",
+     "// c\n\"UTI-Data\" = { a = <6869>; };\nb = (c);\n",
+     "{UTI-Data={a=<hi>;};b=('c',);}"},
+    {"no braces, no semicolon", "a = b", "refused"},
+    {"no opening brace", "a = b; }", "refused"},
+    {"members after braces", "{ a = b; } c = d;", "refused"},
+    {"data as a key", "<6869> = a;", "refused"},
+    {"no comma", "(a b)", "refused"},
+    {"unfinished text", "{a=\"b;}", "refused"},
+    {"unfinished comment", "a /* b", "refused"},
+    {"half a byte", "<686>", "refused"},
+    {"empty", "", "refused"},
+    {"blanks", " \n", "refused"},
+    {"dictionary",
+     binary({"\xD2\1\2\3\4"s, "\x51k", "\x51m", "\x42hi", "\x09"}),
+     "{k=<hi>;m=other;}"},
+    {"UTF-16", binary({"\x63\0\xE9\xD8\x3D\xDE\0"s}), "'é😀'"},
+    {"lone surrogate", binary({"\x61\xD8\x3D"}), "'\uFFFD'"},
+    {"long count",
+     binary({"\x5F\x10\x10"
+             "0123456789abcdef"}),
+     "'0123456789abcdef'"},
+    {"other values",
+     binary({"\xA5\1\2\3\4\5"s,
+             "\x10\x01",
+             "\x22"s + std::string(4, '\0'),
+             "\x33"s + std::string(8, '\0'),
+             "\x80\x01"s,
+             "\x00"s}),
+     "(other,other,other,other,other,)"},
+    {"wide references", binary({"\xA1\0\1"s, "\x51k"}, 2), "('k',)"},
+    {"shared text", binary({"\xA3\1\1\1"s, "\x51k"}), "('k','k','k',)"},
+    {"list in itself", binary({"\xA1\0"s}), "refused"},
+    {"dictionary in itself", binary({"\xD1\1\0"s, "\x51k"}), "refused"},
+    {"long circle", binary({"\xA2\1\1"s, "\xA2\2\2"s, "\xA2\0\0"s}), "refused"},
+    {"reference past the objects", binary({"\xA1\2"s, "\x51k"}), "refused"},
+    {"key that is no text", binary({"\xD1\1\1"s, "\x09"}), "refused"},
+    {"content past the objects", binary({"\x4Fhi"}), "refused"},
+    {"count past the objects", binary({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}), "refused"},
+    {"not ASCII", binary({"\x51\xE9"}), "refused"},
+    {"unknown type", binary({"\x70"s}), "refused"},
+    {"no objects", binary({}), "refused"},
+    {"references of no size", binary({"\xA1\1"s, "\x09"}, 0), "refused"},
+    {"references too wide", binary({"\xA1\1"s, "\x09"}, 9), "refused"},
+};
 
-INSTANTIATE_TEST_SUITE_P(
-    Text,
-    ListTest,
-    ::testing::Values(ListCase{"dictionary",
-                               "// c\n{ \"UTI Data\" = { a.b-c = \"hi\"; }; /* ; */ 'd'=e; }\n",
-                               "{UTI Data={a.b-c='hi';};d='e';}"},
-                      ListCase{"list", "(a, (b), <6869 2 1>, {}, )", "refused"},
-                      ListCase{
-                          "nested list", "(a, (b), <6869 21>, {}, )", "('a',('b',),<hi!>,{},)"},
-                      ListCase{"data at the top", "<6869>", "<hi>"},
-                      ListCase{"letters escaped", R"("\n\t\"\\\'\q")", "'\n\t\"\\'q'"},
-                      ListCase{"units escaped", R"("\U00e9\uD83D\uDE00\U41g")", "'é😀Ag'"},
-                      ListCase{"lone surrogate", R"("\Ud83dx")", "'\uFFFDx'"},
-                      ListCase{"octal", R"("\101\12\351\12x")", "'A\nØ\nx'"},
-                      ListCase{"raw characters", "\"é\"", "'é'"},
-                      ListCase{"UTF-16", utf16("{a=b;}"), "{a='b';}"},
-                      ListCase{"word", "hello", "'hello'"},
-                      ListCase{"address", "http://a.b/c", "'http://a.b/c'"},
-                      ListCase{"prose", "just text", "refused"},
-                      ListCase{"JSON", "{\"UTI-Data\":{}}", "refused"},
-                      ListCase{"no semicolon", "{a=b}", "refused"},
-                      ListCase{"no braces",
-                               "// c\n\"UTI-Data\" = { a = <6869>; };\nb = (c);\n",
-                               "{UTI-Data={a=<hi>;};b=('c',);}"},
-                      ListCase{"no braces, no semicolon", "a = b", "refused"},
-                      ListCase{"no opening brace", "a = b; }", "refused"},
-                      ListCase{"members after braces", "{ a = b; } c = d;", "refused"},
-                      ListCase{"data as a key", "<6869> = a;", "refused"},
-                      ListCase{"no comma", "(a b)", "refused"},
-                      ListCase{"unfinished text", "{a=\"b;}", "refused"},
-                      ListCase{"unfinished comment", "a /* b", "refused"},
-                      ListCase{"half a byte", "<686>", "refused"},
-                      ListCase{"empty", "", "refused"},
-                      ListCase{"blanks", " \n", "refused"}));
-
-INSTANTIATE_TEST_SUITE_P(
-    Binary,
-    ListTest,
-    ::testing::Values(
-        ListCase{"dictionary",
-                 binary({"\xD2\1\2\3\4"s, "\x51k", "\x51m", "\x42hi", "\x09"}),
-                 "{k=<hi>;m=other;}"},
-        ListCase{"UTF-16", binary({"\x63\0\xE9\xD8\x3D\xDE\0"s}), "'é😀'"},
-        ListCase{"lone surrogate", binary({"\x61\xD8\x3D"}), "'\uFFFD'"},
-        ListCase{"long count",
-                 binary({"\x5F\x10\x10"
-                         "0123456789abcdef"}),
-                 "'0123456789abcdef'"},
-        ListCase{"other values",
-                 binary({"\xA5\1\2\3\4\5"s,
-                         "\x10\x01",
-                         "\x22"s + std::string(4, '\0'),
-                         "\x33"s + std::string(8, '\0'),
-                         "\x80\x01"s,
-                         "\x00"s}),
-                 "(other,other,other,other,other,)"},
-        ListCase{"wide references", binary({"\xA1\0\1"s, "\x51k"}, 2), "('k',)"},
-        ListCase{"shared text", binary({"\xA3\1\1\1"s, "\x51k"}), "('k','k','k',)"},
-        ListCase{"list in itself", binary({"\xA1\0"s}), "refused"},
-        ListCase{"dictionary in itself", binary({"\xD1\1\0"s, "\x51k"}), "refused"},
-        ListCase{"long circle", binary({"\xA2\1\1"s, "\xA2\2\2"s, "\xA2\0\0"s}), "refused"},
-        ListCase{"reference past the objects", binary({"\xA1\2"s, "\x51k"}), "refused"},
-        ListCase{"key that is no text", binary({"\xD1\1\1"s, "\x09"}), "refused"},
-        ListCase{"content past the objects", binary({"\x4Fhi"}), "refused"},
-        ListCase{"count past the objects",
-                 binary({"\xAF\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"}),
-                 "refused"},
-        ListCase{"not ASCII", binary({"\x51\xE9"}), "refused"},
-        ListCase{"unknown type", binary({"\x70"s}), "refused"},
-        ListCase{"no objects", binary({}), "refused"},
-        ListCase{"references of no size", binary({"\xA1\1"s, "\x09"}, 0), "refused"},
-        ListCase{"references too wide", binary({"\xA1\1"s, "\x09"}, 9), "refused"}));
+TEST(ListTest, IsReadOrRefused) {
+  for (const auto& [label, content, expected] : listCases) {
+    EXPECT_EQ(shown(content), expected) << label;
+  }
+}
 
 TEST(PropertyListLimits, RefusesDeepNestingQuickly) {
   constexpr std::size_t depth = 300'000;
-  std::string elements;
-  for (std::size_t level = 0; level < depth; ++level) {
-    elements += "<array>";
-  }
-  EXPECT_EQ(parse("<plist>" + elements), std::nullopt);
+  EXPECT_EQ(parse("<plist>" + support::repeated("<array>", depth)), std::nullopt);
   EXPECT_EQ(parse(std::string(depth, '(')), std::nullopt);
-  std::string keys;
-  for (std::size_t level = 0; level < depth; ++level) {
-    keys += "{a=";
-  }
-  EXPECT_EQ(parse(keys), std::nullopt);
+  EXPECT_EQ(parse(support::repeated("{a=", depth)), std::nullopt);
 }
 
 TEST(PropertyListLimits, DrawsTheLineAfter512Levels) {

@@ -1,23 +1,16 @@
 #include "platform/text/rich_text.h"
 
 #include <chrono>
-#include <ostream>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 namespace tolvane {
 namespace {
 
-struct RichTextCase {
-  const char* label;
-  std::string rtf;
-  std::string expected;
-};
-void PrintTo(const RichTextCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
+/// A label, what is read and what is to come of it.
+using RichTextCase = std::tuple<const char*, std::string, std::string>;
 /// Puts `body` into a document whose fonts 0 to 3 are Western, Cyrillic, Japanese and Mac.
 std::string withFonts(const std::string& body) {
   return R"({\rtf1\ansi\ansicpg1252\deff0{\fonttbl{\f0\fswiss\fcharset0 Arial;})"
@@ -85,17 +78,16 @@ const RichTextCase plainTextCases[] = {
     {"no text", R"({\rtf1})", ""},
 };
 
-class PlainTextTest : public testing::TestWithParam<RichTextCase> {};
-TEST_P(PlainTextTest, KeepsTheTextAlone) {
-  EXPECT_EQ(RichText::plainText(GetParam().rtf), GetParam().expected);
+TEST(PlainTextTest, KeepsTheTextAlone) {
+  for (const auto& [label, rtf, expected] : plainTextCases) {
+    EXPECT_EQ(RichText::plainText(rtf), expected) << label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, PlainTextTest, testing::ValuesIn(plainTextCases));
 
 TEST(RichText, RefusesWhatIsNoDocument) {
-  EXPECT_EQ(RichText::plainText(""), std::nullopt);
-  EXPECT_EQ(RichText::plainText("{\\rt"), std::nullopt);
-  EXPECT_EQ(RichText::plainText("{\\html}"), std::nullopt);
-  EXPECT_EQ(RichText::plainText(" {\\rtf1 a}"), std::nullopt);
+  for (const char* other : {"", "{\\rt", "{\\html}", " {\\rtf1 a}"}) {
+    EXPECT_EQ(RichText::plainText(other), std::nullopt) << other;
+  }
 }
 
 TEST(RichText, LimitsNesting) {
@@ -130,13 +122,14 @@ const RichTextCase documentCases[] = {
     {"malformed", "a\xC3(", "a\uFFFD("},
 };
 
-class DocumentTest : public testing::TestWithParam<RichTextCase> {};
-TEST_P(DocumentTest, ReadsBackAsItWas) {
-  const std::string rtf = RichText::document(GetParam().rtf);
-  EXPECT_EQ(RichText::plainText(rtf), GetParam().expected);
-  EXPECT_EQ(rtf.find_first_of("\x80\xFF\x01\x7F\t\r"), std::string::npos) << rtf;
+TEST(DocumentTest, ReadsBackAsItWas) {
+  for (const auto& [label, text, expected] : documentCases) {
+    SCOPED_TRACE(label);
+    const std::string rtf = RichText::document(text);
+    EXPECT_EQ(RichText::plainText(rtf), expected);
+    EXPECT_EQ(rtf.find_first_of("\x80\xFF\x01\x7F\t\r"), std::string::npos) << rtf;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, DocumentTest, testing::ValuesIn(documentCases));
 
 }  // namespace
 }  // namespace tolvane

@@ -1,29 +1,20 @@
 #include "platform/text/text_encoding.h"
 
 #include <optional>
-#include <ostream>
 #include <string>
-#include <string_view>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
 #include "platform/text/code_page.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 namespace {
 
 using namespace std::string_literals;
 
-struct Utf8Case {
-  const char* label;
-  std::string bytes;
-  bool isValid;
-};
-void PrintTo(const Utf8Case& c, std::ostream* out) {
-  *out << c.label;
-}
-
-const Utf8Case utf8Cases[] = {
+const std::tuple<std::string, std::string, bool> utf8Cases[] = {
     {"empty", "", true},
     {"NUL", "\0"s, true},
     {"last of two bytes", "\xDF\xBF", true},
@@ -49,31 +40,22 @@ const Utf8Case utf8Cases[] = {
     {"Latin-1", "caf\xE9", false},
 };
 
-class Utf8Test : public ::testing::TestWithParam<Utf8Case> {};
-
 /// At every place of a longer text: blocks of ASCII are passed over in one step.
-TEST_P(Utf8Test, IsJudgedTheSameAnywhere) {
-  for (std::size_t before = 0; before < 70; ++before) {
-    const std::string text = std::string(before, 'a') + GetParam().bytes;
-    const std::string enclosed = text + std::string(40, 'b');
-    EXPECT_EQ(TextEncoding::isUtf8(asBytes(text)), GetParam().isValid) << before;
-    EXPECT_EQ(TextEncoding::isUtf8(asBytes(enclosed)), GetParam().isValid) << before;
+TEST(Utf8Test, IsJudgedTheSameAnywhere) {
+  for (const auto& [label, bytes, isValid] : utf8Cases) {
+    SCOPED_TRACE(label);
+    for (std::size_t before = 0; before < 70; ++before) {
+      const std::string text = std::string(before, 'a') + bytes;
+      const std::string enclosed = text + std::string(40, 'b');
+      EXPECT_EQ(TextEncoding::isUtf8(asBytes(text)), isValid) << before;
+      EXPECT_EQ(TextEncoding::isUtf8(asBytes(enclosed)), isValid) << before;
+    }
+    EXPECT_EQ(TextEncoding::fromUtf8(asBytes(bytes)),
+              isValid ? std::optional(bytes) : std::nullopt);
   }
-  EXPECT_EQ(TextEncoding::fromUtf8(asBytes(GetParam().bytes)),
-            GetParam().isValid ? std::optional(GetParam().bytes) : std::nullopt);
-}
-INSTANTIATE_TEST_SUITE_P(All, Utf8Test, ::testing::ValuesIn(utf8Cases));
-
-struct Utf16Case {
-  const char* label;
-  std::string bytes;
-  std::optional<std::string> expected;
-};
-void PrintTo(const Utf16Case& c, std::ostream* out) {
-  *out << c.label;
 }
 
-const Utf16Case utf16Cases[] = {
+const std::tuple<std::string, std::string, std::optional<std::string>> utf16Cases[] = {
     {"without a mark", "a\0\xAC\x20"s, "a€"},
     {"little-endian mark", "\xFF\xFE\xE9\0"s, "é"},
     {"big-endian mark", "\xFE\xFF\0\xE9"s, "é"},
@@ -89,11 +71,11 @@ const Utf16Case utf16Cases[] = {
     {"pair in the wrong order", "\0\xDE\x3D\xD8"s, std::nullopt},
 };
 
-class Utf16Test : public ::testing::TestWithParam<Utf16Case> {};
-TEST_P(Utf16Test, IsStrict) {
-  EXPECT_EQ(TextEncoding::fromUtf16(asBytes(GetParam().bytes)), GetParam().expected);
+TEST(Utf16Test, IsStrict) {
+  for (const auto& [label, bytes, expected] : utf16Cases) {
+    EXPECT_EQ(TextEncoding::fromUtf16(asBytes(bytes)), expected) << label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, Utf16Test, ::testing::ValuesIn(utf16Cases));
 
 TEST(MacRoman, HasACharacterForEveryByte) {
   EXPECT_EQ(TextEncoding::fromMacRoman(asBytes("caf\x8E\n\xD0\xDB\xC9")), "café\n–€…");
@@ -105,16 +87,7 @@ TEST(MacRoman, HasACharacterForEveryByte) {
   }
 }
 
-struct CodePageCase {
-  int number;
-  const char* bytes;
-  const char* expected;
-};
-void PrintTo(const CodePageCase& c, std::ostream* out) {
-  *out << c.number;
-}
-
-const CodePageCase codePageCases[] = {
+const std::tuple<int, std::string, std::string> codePageCases[] = {
     {1252, "\x80 caf\xE9", "€ café"},
     {1250, "\xB9", "ą"},
     {1251, "\xCF\xF0", "Пр"},
@@ -135,25 +108,20 @@ const CodePageCase codePageCases[] = {
     {65001, "a\xFFz", "a\uFFFDz"},
 };
 
-class CodePageTest : public ::testing::TestWithParam<CodePageCase> {};
-TEST_P(CodePageTest, DecodesAndReplacesWhatIsMalformed) {
-  const CodePage codePage(GetParam().number);
-  std::string text = "before ";
-  codePage.append(asBytes(GetParam().bytes), text);
-  EXPECT_EQ(text, "before " + std::string(GetParam().expected));
+TEST(CodePageTest, DecodesAndReplacesWhatIsMalformed) {
+  for (const auto& [number, bytes, expected] : codePageCases) {
+    SCOPED_TRACE(number);
+    const CodePage codePage(number);
+    std::string text = "before ";
+    codePage.append(asBytes(bytes), text);
+    EXPECT_EQ(text, "before " + std::string(expected));
+  }
 }
-INSTANTIATE_TEST_SUITE_P(All, CodePageTest, ::testing::ValuesIn(codePageCases));
 
 TEST(CodePage, DecodesRunsLongerThanItsBuffer) {
-  std::string bytes;
-  std::string expected;
-  for (int count = 0; count < 3000; ++count) {
-    bytes += "\x83\x65";
-    expected += "テ";
-  }
   std::string text;
-  CodePage(932).append(asBytes(bytes), text);
-  EXPECT_EQ(text, expected);
+  CodePage(932).append(asBytes(support::repeated("\x83\x65", 3000)), text);
+  EXPECT_EQ(text, support::repeated("テ", 3000));
 }
 
 }  // namespace

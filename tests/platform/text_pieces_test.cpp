@@ -1,6 +1,6 @@
 #include "platform/typesetting/text_pieces.h"
 
-#include <ostream>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -20,36 +20,28 @@ std::string divided(std::string_view text, std::size_t limit) {
   return result;
 }
 
-struct PiecesCase {
-  const char* label;
-  std::string_view text;
-  const char* expected;
+const std::tuple<const char*, std::string_view, const char*> textPiecesCases[] = {
+    {"nothing", "", ""},
+    {"no end of line", "a", "a|"},
+    {"end of line at the end", "a\nb\n", "a|b|"},
+    {"empty lines", "\n\na", "||a|"},
+    {"CR LF and CR", "a\r\nb\rc\n\rd", "a|b|c||d|"},
+    {"form feed", "a\fb\f", "a#b#"},
+    {"vertical tab", "a\vb", "a/b|"},
+    {"separators of Unicode", "a\u2028b\u2029c\u0085d", "a/b|c|d|"},
+    {"tabs stay", "a\tb", "a\tb|"},
+    {"controls go", "a\0b\x1B\x7F\u0080\u009F\u00A0"sv, "ab\u00A0|"},
+    {"exactly the limit", "12345678\n", "12345678|"},
+    {"over the limit", "123456789", "12345678+9|"},
+    {"uncut characters", "1234567\u20AC", "1234567+\u20AC|"},
+    {"controls do not cut", "12345678\0"sv, "12345678|"},
 };
-void PrintTo(const PiecesCase& c, std::ostream* out) {
-  *out << c.label;
-}
 
-class TextPiecesTest : public ::testing::TestWithParam<PiecesCase> {};
-TEST_P(TextPiecesTest, AreWhatAReaderSees) {
-  EXPECT_EQ(divided(GetParam().text, 8), GetParam().expected);
+TEST(TextPiecesTest, AreWhatAReaderSees) {
+  for (const auto& [label, text, expected] : textPiecesCases) {
+    EXPECT_EQ(divided(text, 8), expected) << label;
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    All,
-    TextPiecesTest,
-    ::testing::Values(PiecesCase{"nothing", "", ""},
-                      PiecesCase{"no end of line", "a", "a|"},
-                      PiecesCase{"end of line at the end", "a\nb\n", "a|b|"},
-                      PiecesCase{"empty lines", "\n\na", "||a|"},
-                      PiecesCase{"CR LF and CR", "a\r\nb\rc\n\rd", "a|b|c||d|"},
-                      PiecesCase{"form feed", "a\fb\f", "a#b#"},
-                      PiecesCase{"vertical tab", "a\vb", "a/b|"},
-                      PiecesCase{"separators of Unicode", "a\u2028b\u2029c\u0085d", "a/b|c|d|"},
-                      PiecesCase{"tabs stay", "a\tb", "a\tb|"},
-                      PiecesCase{"controls go", "a\0b\x1B\x7F\u0080\u009F\u00A0"sv, "ab\u00A0|"},
-                      PiecesCase{"exactly the limit", "12345678\n", "12345678|"},
-                      PiecesCase{"over the limit", "123456789", "12345678+9|"},
-                      PiecesCase{"uncut characters", "1234567\u20AC", "1234567+\u20AC|"},
-                      PiecesCase{"controls do not cut", "12345678\0"sv, "12345678|"}));
 
 TEST(TextPiecesTest, BeginWithWhatWasPutBack) {
   TextPieces pieces("123456789", 4);

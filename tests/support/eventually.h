@@ -5,10 +5,10 @@
 
 namespace tolvane::support {
 
-/// Waits for something that another process does. @return whether it was done within 10 seconds.
+/// Waits for something that another process does. @return whether it was done in time.
 template <typename Condition>
-bool eventually(const Condition& condition) {
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+bool eventually(const Condition& condition, std::chrono::seconds limit = std::chrono::seconds(10)) {
+  const auto end = std::chrono::steady_clock::now() + limit;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) {
       return false;

@@ -2,15 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
-#include "platform/files/bytes.h"
 #include "platform/images/bitmap.h"
 
 namespace tolvane::support {
 
 /// Smooth, with another slope in each component, so that swapped components and rows show.
-inline Bitmap gradient(int width, int height, PixelLayout layout) {
+inline Bitmap smooth(int width, int height, PixelLayout layout) {
   Bitmap bitmap{width, height, layout, {}};
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
@@ -27,10 +25,6 @@ inline Bitmap plain(int width, int height, PixelLayout layout, std::uint8_t valu
   Bitmap bitmap{width, height, layout, {}};
   bitmap.pixels.assign(bitmap.stride() * static_cast<std::size_t>(height), value);
   return bitmap;
-}
-
-inline std::string textOf(BytesView bytes) {
-  return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace tolvane::support

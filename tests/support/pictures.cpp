@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "platform/images/image_encoder.h"
+#include "tests/support/binary_numbers.h"
 
 namespace tolvane::support {
 
@@ -14,29 +15,8 @@ void write(const std::filesystem::path& file, BytesView bytes) {
   stream << asText(bytes);
 }
 
-std::uint32_t crc32(BytesView bytes) {
-  std::uint32_t crc = 0xFFFFFFFF;
-  for (const std::uint8_t byte : bytes) {
-    crc ^= byte;
-    for (int bit = 0; bit < 8; ++bit) {
-      crc = (crc >> 1) ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
-    }
-  }
-  return ~crc;
-}
-
-void appendBigEndian(Bytes& bytes, std::uint32_t number) {
-  for (int shift = 24; shift >= 0; shift -= 8) {
-    bytes.push_back(static_cast<std::uint8_t>(number >> shift));
-  }
-}
-
-void appendChunk(Bytes& png, const char* type, const Bytes& content) {
-  appendBigEndian(png, static_cast<std::uint32_t>(content.size()));
-  const std::size_t checked = png.size();
-  png.insert(png.end(), type, type + 4);
-  png.insert(png.end(), content.begin(), content.end());
-  appendBigEndian(png, crc32(BytesView(png).subspan(checked)));
+std::string chunk(const std::string& type, const std::string& content) {
+  return bigEndian(content.size(), 4) + type + content + bigEndian(crc32(type + content), 4);
 }
 
 }  // namespace
@@ -64,17 +44,12 @@ void writeJpeg(const std::filesystem::path& file, const Bitmap& bitmap) {
   write(file, ImageEncoder::jpeg(bitmap, 0.9));
 }
 
-void writePngHeader(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height) {
-  Bytes png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-  Bytes header;
-  appendBigEndian(header, width);
-  appendBigEndian(header, height);
-  header.insert(header.end(), {8, 0, 0, 0, 0});  // 8-bit grey
-  appendChunk(png, "IHDR", header);
-  // The zlib stream of nothing: enough for readers that look for a data chunk.
-  appendChunk(png, "IDAT", {0x78, 0x9C, 0x03, 0x00, 0x00, 0x00, 0x00, 0x01});
-  appendChunk(png, "IEND", {});
-  write(file, png);
+std::string pngHeader(std::uint32_t width, std::uint32_t height) {
+  // 8-bit grey, and the zlib stream of nothing: enough for readers that look for a data chunk.
+  return "\x89PNG\r\n\x1A\n" +
+         chunk("IHDR",
+               bigEndian(width, 4) + bigEndian(height, 4) + std::string("\x08\0\0\0\0", 5)) +
+         chunk("IDAT", std::string("\x78\x9C\x03\0\0\0\0\x01", 8)) + chunk("IEND", "");
 }
 
 }  // namespace tolvane::support

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <string>
 
 #include "platform/images/bitmap.h"
 
@@ -15,6 +17,6 @@ void writePng(const std::filesystem::path& file, const Bitmap& bitmap);
 void writeJpeg(const std::filesystem::path& file, const Bitmap& bitmap);
 
 /// A PNG that declares a size and holds no pixels.
-void writePngHeader(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height);
+[[nodiscard]] std::string pngHeader(std::uint32_t width, std::uint32_t height);
 
 }  // namespace tolvane::support

@@ -3,13 +3,13 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <vector>
 
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_names.h"
 #include "platform/images/image_decoder.h"
 #include "tests/support/pdf_builder.h"
 #include "tests/support/universal_job_fixture.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 
@@ -44,14 +44,13 @@ class SampleFixture : public UniversalJobFixture {
       makePages(name);
     } else if (extension == "xlsx") {
       makeSample("prices.csv");
-      const std::string profile = "file://" + (sources_ / "profile").string();
-      make(
-          "soffice",
-          {"-env:UserInstallation=" + profile, "--headless", "--convert-to", "xlsx", "prices.csv"});
+      make("soffice",
+           support::words("-env:UserInstallation=file://" + (sources_ / "profile").string() +
+                          " --headless --convert-to xlsx prices.csv"));
     } else if (extension == "mp4") {
-      makeClip(name, {"-f", "lavfi", "-i", "testsrc=size=160x120:rate=10:duration=1"});
+      makeClip(name, "-f lavfi -i testsrc=size=160x120:rate=10:duration=1");
     } else if (extension == "mp3") {
-      makeClip(name, {});
+      makeClip(name, "");
     } else if (extension == "zip") {
       make("zip", {"-q", name, "notes.md"});
     } else if (extension == "pptx") {
@@ -63,13 +62,9 @@ class SampleFixture : public UniversalJobFixture {
   }
 
   /// One second with a tone.
-  void makeClip(const std::string& name, std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), {"-loglevel", "error"});
-    for (const char* argument : {"-f", "lavfi", "-i", "sine=duration=1"}) {
-      arguments.emplace_back(argument);
-    }
-    arguments.push_back(name);
-    make("ffmpeg", arguments);
+  void makeClip(const std::string& name, const std::string& arguments) {
+    make("ffmpeg",
+         support::words("-loglevel error " + arguments + " -f lavfi -i sine=duration=1 " + name));
   }
 
   void makePages(const std::string& name) {

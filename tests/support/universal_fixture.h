@@ -1,13 +1,15 @@
 #pragma once
 
 #include <filesystem>
+#include <regex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "engine/primitives/split_text.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/words.h"
 #include "universal/job/job_context.h"
 
 namespace tolvane::support {
@@ -34,21 +36,34 @@ class UniversalFixture : public ::testing::Test {
 
   /// The arguments of every run of a stand-in.
   [[nodiscard]] Runs runsOf(const std::string& name) const {
+    // Each run begins with a separator of its own, each argument ends with one.
+    const std::string record = contentOf(workspace() / (name + ".runs"));
     Runs runs;
-    std::string argument;
-    const std::string record = std::filesystem::exists(workspace() / (name + ".runs"))
-                                   ? contentOf(workspace() / (name + ".runs"))
-                                   : "";
-    for (const char letter : record) {
-      if (letter == '\x1E') {
-        runs.emplace_back();
-      } else if (letter == '\x1F') {
-        runs.back().push_back(std::exchange(argument, {}));
-      } else {
-        argument.push_back(letter);
-      }
+    for (const std::string_view run : split(record, "\x1E")) {
+      const std::vector<std::string_view> arguments = split(run, "\x1F");
+      runs.emplace_back(arguments.begin(), arguments.end() - 1);
     }
+    runs.erase(runs.begin());
     return runs;
+  }
+
+  /// The same as command lines: with quotes around an argument that holds a blank, WORK for the
+  /// workspace and * for a unique name.
+  [[nodiscard]] std::vector<std::string> linesOf(const std::string& name) const {
+    std::vector<std::string> lines;
+    for (const std::vector<std::string>& run : runsOf(name)) {
+      std::string line;
+      for (const std::string& argument : run) {
+        const std::string quote = argument.find(' ') == std::string::npos ? "" : "'";
+        line += (line.empty() ? "" : " ") + quote + argument + quote;
+      }
+      for (std::size_t at = 0; (at = line.find(workspace().string())) != std::string::npos;) {
+        line.replace(at, workspace().string().size(), "WORK");
+      }
+      static const std::regex unique("[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}");
+      lines.push_back(std::regex_replace(line, unique, "*"));
+    }
+    return lines;
   }
 
   [[nodiscard]] std::filesystem::path workspace() const { return folder_ / "work"; }

@@ -9,15 +9,6 @@ namespace tolvane::UniversalEngine {
 
 namespace {
 
-constexpr std::string_view padding = " \t";
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(padding);
-  return first == std::string_view::npos
-             ? std::string_view()
-             : text.substr(first, text.find_last_not_of(padding) - first + 1);
-}
-
 TableRow cellsOf(std::string_view line) {
   TableRow cells;
   if (line.find('\t') != std::string_view::npos) {
@@ -27,7 +18,7 @@ TableRow cellsOf(std::string_view line) {
     return cells;
   }
   for (const std::string_view piece : split(line, "  ")) {
-    if (const std::string_view cell = trimmed(piece); !cell.empty()) {
+    if (const std::string_view cell = unpadded(piece); !cell.empty()) {
       cells.emplace_back(cell);
     }
   }
@@ -39,7 +30,7 @@ TableRow cellsOf(std::string_view line) {
 Table rowsOf(std::string_view text) {
   Table rows;
   for (const std::string_view line : split(text, "\n")) {
-    if (!trimmed(line).empty()) {
+    if (!unpadded(line).empty()) {
       rows.push_back(cellsOf(line));
     }
   }

@@ -21,8 +21,6 @@ namespace fs = std::filesystem;
 
 constexpr double timeout = 120;  // seconds
 constexpr const char* sandbox = "--sandbox";
-constexpr unsigned ownerOnly = 0700;
-
 /// The formats whose files are put together from parts that are installed with pandoc.
 constexpr std::array<std::string_view, 4> packagedWriters = {"docx", "odt", "epub3", "pptx"};
 
@@ -147,7 +145,7 @@ void convertText(const JobContext& context, const PandocRun& wanted) {
     return;
   }
   const fs::path folder = context.freshFile("pandoc-", "");
-  FileSystem::createDirectory(folder, ownerOnly);
+  FileSystem::createDirectory(folder, FileSystem::ownerOnly);
   // Named like the input, which gives a document without a title its name.
   const fs::path parsed = folder / wanted.input.filename();
   const std::string ownPrefix = folder.filename().string() + "/picture-";

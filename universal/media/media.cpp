@@ -71,9 +71,8 @@ void media(const FileInfo& info,
 std::vector<fs::path> mediaSegments(const FileInfo& info,
                                     const Value::Map& options,
                                     const JobContext& context) {
-  constexpr unsigned ownerOnly = 0700;
   const fs::path segments = context.workspace / "segments";
-  FileSystem::createDirectory(segments, ownerOnly);
+  FileSystem::createDirectory(segments, FileSystem::ownerOnly);
   run(info.url, segmentCommand(options), segments / "segment-%03d.mp4", context);
   return sortedEntries(segments);
 }

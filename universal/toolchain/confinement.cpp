@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
-constexpr unsigned ownerOnly = 0700;
 constexpr const char* bubblewrap = "/usr/bin/bwrap";
 
 std::string helper() {
@@ -60,7 +59,7 @@ Words bubblewrapped(const ConfinedEngine& engine) {
 class TrialGround {
  public:
   TrialGround() {
-    FileSystem::createDirectory(inside(), ownerOnly);
+    FileSystem::createDirectory(inside(), FileSystem::ownerOnly);
     FileSystem::writeAtomically(outside(), {});
   }
 

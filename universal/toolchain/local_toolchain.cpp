@@ -23,7 +23,6 @@ constexpr auto politeWait = 1000ms;
 constexpr auto politeInterval = 20ms;
 constexpr std::uint64_t maxLogBytes = 16'777'216;  // of a running engine; equal is still allowed
 constexpr std::uint64_t maxFinalLogBytes = 268'435'456;  // of an ended one: it is read into memory
-constexpr unsigned ownerOnly = 0700;
 constexpr std::string_view officeSuite = "soffice";
 
 enum class Ending { byItself, cancelled, timedOut, tooTalkative };
@@ -32,7 +31,7 @@ fs::path makeScratch(const fs::path& folder) {
   fs::path scratch = folder / ".engine-tmp";
   std::error_code ignored;
   if (!fs::is_directory(scratch, ignored)) {
-    FileSystem::createDirectory(scratch, ownerOnly);
+    FileSystem::createDirectory(scratch, FileSystem::ownerOnly);
   }
   return scratch;
 }

@@ -14,7 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned ownerOnly = 0700;
 constexpr std::size_t nameLength = 8;
 
 /// @return whether `argument` is, or is an option that ends in, a path or a file URL below
@@ -54,7 +53,7 @@ fs::path coverFor(const ConfinedEngine& engine) {
 
 SocketDirectory::SocketDirectory()
     : path_("/tmp/tv-" + FileSystem::newUuid().substr(0, nameLength)) {
-  FileSystem::createDirectory(path_, ownerOnly);
+  FileSystem::createDirectory(path_, FileSystem::ownerOnly);
 }
 
 SocketDirectory::~SocketDirectory() {

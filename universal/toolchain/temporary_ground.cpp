@@ -13,8 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned ownerOnly = 0700;
-
 fs::path makeFolder(const std::string& name) {
   std::vector<fs::path> places = {"/tmp", "/var/tmp"};
   // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
@@ -25,7 +23,7 @@ fs::path makeFolder(const std::string& name) {
   for (const fs::path& place : places) {
     try {
       fs::path folder = place / (name + "-" + FileSystem::newUuid());
-      FileSystem::createDirectory(folder, ownerOnly);
+      FileSystem::createDirectory(folder, FileSystem::ownerOnly);
       return folder;
     } catch (const PlatformError& error) {
       trouble = trouble.value_or(error);

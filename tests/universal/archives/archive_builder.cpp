@@ -4,29 +4,11 @@
 #include <array>
 #include <cstdio>
 
+#include "tests/support/binary_numbers.h"
+
 namespace tolvane::support {
 
 namespace {
-
-/// Little-endian.
-std::string number(std::uint64_t value, int bytes) {
-  std::string text;
-  for (int byte = 0; byte < bytes; ++byte) {
-    text += static_cast<char>(value >> (8 * byte));
-  }
-  return text;
-}
-
-std::uint32_t crc32(const std::string& content) {
-  std::uint32_t sum = 0xFFFFFFFF;
-  for (const char byte : content) {
-    sum ^= static_cast<unsigned char>(byte);
-    for (int bit = 0; bit < 8; ++bit) {
-      sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
-    }
-  }
-  return ~sum;
-}
 
 std::string octal(std::uint64_t value, int digits) {
   std::array<char, 24> text = {};
@@ -58,9 +40,9 @@ std::string tarHeader(const TarEntry& entry) {
 
 /// What the two records of a ZIP entry have in common.
 std::string zipFields(const ZipEntry& entry) {
-  return number(20, 2) + number(0, 8) + number(crc32(entry.content), 4) +
-         number(entry.content.size(), 4) + number(entry.content.size(), 4) +
-         number(entry.name.size(), 2) + number(0, 2);
+  return littleEndian(20, 2) + littleEndian(0, 8) + littleEndian(crc32(entry.content), 4) +
+         littleEndian(entry.content.size(), 4) + littleEndian(entry.content.size(), 4) +
+         littleEndian(entry.name.size(), 2) + littleEndian(0, 2);
 }
 
 const char* const gzipStart = "\x1F\x8B\x08";
@@ -83,32 +65,33 @@ std::string zip(const std::vector<ZipEntry>& entries) {
   for (const ZipEntry& entry : entries) {
     const std::size_t at = archive.size();
     archive += "PK\3\4" + zipFields(entry) + entry.name + entry.content;
-    directory += "PK\1\2" + number(20, 1) + number(static_cast<std::uint64_t>(entry.host), 1) +
-                 zipFields(entry) + number(entry.comment.size(), 2) + number(0, 4) +
-                 number(std::uint64_t{entry.mode} << 16, 4) + number(at, 4) + entry.name +
-                 entry.comment;
+    directory += "PK\1\2" + littleEndian(20, 1) +
+                 littleEndian(static_cast<std::uint64_t>(entry.host), 1) + zipFields(entry) +
+                 littleEndian(entry.comment.size(), 2) + littleEndian(0, 4) +
+                 littleEndian(std::uint64_t{entry.mode} << 16, 4) + littleEndian(at, 4) +
+                 entry.name + entry.comment;
   }
-  return archive + directory + "PK\5\6" + number(0, 4) + number(entries.size(), 2) +
-         number(entries.size(), 2) + number(directory.size(), 4) + number(archive.size(), 4) +
-         number(0, 2);
+  return archive + directory + "PK\5\6" + littleEndian(0, 4) + littleEndian(entries.size(), 2) +
+         littleEndian(entries.size(), 2) + littleEndian(directory.size(), 4) +
+         littleEndian(archive.size(), 4) + littleEndian(0, 2);
 }
 
 std::string gzip(const std::string& content, const std::string& name) {
-  std::string archive = gzipStart + number(name.empty() ? 0 : 8, 1) + number(0, 6);
-  archive += name.empty() ? "" : name + number(0, 1);
+  std::string archive = gzipStart + littleEndian(name.empty() ? 0 : 8, 1) + littleEndian(0, 6);
+  archive += name.empty() ? "" : name + littleEndian(0, 1);
   constexpr std::size_t mostStored = 0xFFFF;
   for (std::size_t at = 0; at < content.size(); at += mostStored) {
     const std::size_t size = std::min(mostStored, content.size() - at);
     const bool isLast = at + size == content.size();
-    archive += number(isLast ? 1 : 0, 1) + number(size, 2) + number(~size, 2);
+    archive += littleEndian(isLast ? 1 : 0, 1) + littleEndian(size, 2) + littleEndian(~size, 2);
     archive.append(content, at, size);
   }
-  return archive + number(crc32(content), 4) + number(content.size(), 4);
+  return archive + littleEndian(crc32(content), 4) + littleEndian(content.size(), 4);
 }
 
 std::string gzipBomb(std::uint64_t size) {
   // One block with the fixed codes: a zero byte, then "258 bytes from one before", 13 bits each.
-  std::string archive = gzipStart + number(0, 7);
+  std::string archive = gzipStart + littleEndian(0, 7);
   unsigned waiting = 0;
   int count = 0;
   const auto put = [&](unsigned code, int bits) {  // the first bit of the code goes lowest
@@ -127,7 +110,7 @@ std::string gzipBomb(std::uint64_t size) {
   }
   put(0, 7);  // the end of the block
   put(0, 7);  // to the byte
-  return archive + number(0, 4) + number(10, 4);
+  return archive + littleEndian(0, 4) + littleEndian(10, 4);
 }
 
 }  // namespace tolvane::support

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,7 +18,6 @@ struct TarEntry {
 enum class ZipHost { dos = 0, unixSystem = 3 };
 constexpr std::uint32_t zipFile = 0100644;
 constexpr std::uint32_t zipLink = 0120777;
-constexpr std::uint32_t zipPipe = 0010644;
 
 struct ZipEntry {
   std::string name;

@@ -1,7 +1,7 @@
 #include "universal/archives/archive.h"
 
 #include <map>
-#include <ostream>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -16,7 +16,6 @@ namespace fs = std::filesystem;
 using namespace std::string_literals;
 using namespace support;
 using ::testing::ElementsAre;
-using Arguments = std::vector<std::string>;
 /// Contents by name; folders end with a slash and hold nothing.
 using Files = std::map<std::string, std::string>;
 
@@ -67,46 +66,34 @@ TEST_F(ArchiveTest, KeepsEveryEntryFromFormatToFormat) {
   EXPECT_EQ(filesIn(convert(folder_ / "third.7z", "zip")), everything);
 }
 
-struct InputCase {
-  const char* label;
-  const char* name;
-  std::string archive;
-  Files files;
+const std::tuple<std::string, std::string, std::string, Files> archiveInputCases[] = {
+    {"gzipped file", "notes.gz", gzip("x", "notes.txt"), {{"notes.txt", "x"}}},
+    {"gzipped TAR", "a.TAR.GZ", gzip(everythingAsTar()), everything},
+    {"TAR by its content", "a.gzip", gzip(everythingAsTar(), "plain"), everything},
+    {"TAR in a ZIP", "a.zip", zip({{"b.tar", "x"}}), {{"b.tar", "x"}}},
+    {"TAR in a TAR, unwrapped once",
+     "a.gz",
+     gzip(tar({{"inner.gz", tar({{"c", "3"}})}}), "outer.gz"),
+     {{"inner.gz", tar({{"c", "3"}})}}},
+    {"two TARs", "a.gz", tar({{"b.tar", "1"}, {"c.tar", "2"}}), {{"b.tar", "1"}, {"c.tar", "2"}}},
+    {"names that are no UTF-8",
+     "a.tar",
+     tar({{"b\xFF\xFE/\xE9", "1"}}),
+     {{"b\xFF\xFE/", ""}, {"b\xFF\xFE/\xE9", "1"}}},
+    {"line feeds in a name",
+     "a.zip",
+     zip({{"a\n\nPath = ok\nSize = 3", "1"}}),
+     {{"a\n\nPath = ok\nSize = 3", "1"}}},
+    {"wildcards in gzip", "a.gz", gzip(everythingAsTar(), "*.tar"), everything},
 };
-void PrintTo(const InputCase& c, std::ostream* out) {
-  *out << c.label;
-}
 
-class ArchiveInputTest : public ArchiveTest, public ::testing::WithParamInterface<InputCase> {};
-TEST_P(ArchiveInputTest, IsMadeIntoATar) {
-  const fs::path input = folder_.write(GetParam().name, GetParam().archive);
-  EXPECT_EQ(filesIn(convert(input, "tar")), GetParam().files);
+TEST_F(ArchiveTest, IsMadeIntoATar) {
+  for (const auto& [label, name, archive, files] : archiveInputCases) {
+    SCOPED_TRACE(label);
+    const fs::path input = folder_.write(name, archive);
+    EXPECT_EQ(filesIn(convert(input, "tar")), files);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(
-    All,
-    ArchiveInputTest,
-    ::testing::Values(
-        InputCase{"gzipped file", "notes.gz", gzip("x", "notes.txt"), {{"notes.txt", "x"}}},
-        InputCase{"gzipped TAR", "a.TAR.GZ", gzip(everythingAsTar()), everything},
-        InputCase{"TAR by its content", "a.gzip", gzip(everythingAsTar(), "plain"), everything},
-        InputCase{"TAR in a ZIP", "a.zip", zip({{"b.tar", "x"}}), {{"b.tar", "x"}}},
-        InputCase{"TAR in a TAR, unwrapped once",
-                  "a.gz",
-                  gzip(tar({{"inner.gz", tar({{"c", "3"}})}}), "outer.gz"),
-                  {{"inner.gz", tar({{"c", "3"}})}}},
-        InputCase{"two TARs",
-                  "a.gz",
-                  tar({{"b.tar", "1"}, {"c.tar", "2"}}),
-                  {{"b.tar", "1"}, {"c.tar", "2"}}},
-        InputCase{"names that are no UTF-8",
-                  "a.tar",
-                  tar({{"b\xFF\xFE/\xE9", "1"}}),
-                  {{"b\xFF\xFE/", ""}, {"b\xFF\xFE/\xE9", "1"}}},
-        InputCase{"line feeds in a name",
-                  "a.zip",
-                  zip({{"a\n\nPath = ok\nSize = 3", "1"}}),
-                  {{"a\n\nPath = ok\nSize = 3", "1"}}},
-        InputCase{"wildcards in gzip", "a.gz", gzip(everythingAsTar(), "*.tar"), everything}));
 
 TEST_F(ArchiveTest, TakesNoNameForAPattern) {
   folder_.write("a1.zip", zip({{"other", "1"}}));
@@ -119,39 +106,22 @@ TEST_F(ArchiveTest, TakesNoNameForAPattern) {
   EXPECT_EQ(filesIn(odd.workspace / "result.zip"), (Files{{"other", "1"}}));
 }
 
-TEST_F(ArchiveTest, AllowsTenThousandEntries) {
-  std::vector<TarEntry> entries;
-  for (int entry = 0; entry < 10'000; ++entry) {
-    entries.push_back({"folder" + std::to_string(entry / 100) + "/" + std::to_string(entry), "x"});
-  }
-  EXPECT_EQ(filesIn(convert(folder_.write("a.tar", tar(entries)), "tar")).size(), 10'100U);
-  entries.push_back({"more"});
-  EXPECT_EQ(failureText([&] { return convert(folder_.write("b.tar", tar(entries)), "tar"); }),
-            "This archive contains unsafe paths, links or too much expanded data.");
-}
-
 TEST_F(ArchiveTest, TellsTheEnginesWhatTheyAreToDo) {
   standIn("7zz", "[ \"$1\" = a ] || echo 'Path = a'");
   standIn("tar");
-  const std::string payload = workspace() / "payload";
-  const std::string output = workspace() / "result";
   const auto run = [&](const char* target) {
     fs::remove_all(workspace());
     fs::create_directory(workspace());
-    UniversalEngine::archive("/in.gz", target, output, withStandIns());
+    UniversalEngine::archive("/in.gz", target, workspace() / "result", withStandIns());
   };
   run("gz");
-  EXPECT_THAT(runsOf("7zz"),
-              ElementsAre(Arguments{"l", "-slt", "-ba", "/in.gz"},
-                          Arguments{"x", "-y", "-o" + payload, "/in.gz"}));
-  EXPECT_THAT(runsOf("tar"), ElementsAre(Arguments{"-czf", output, "-C", payload, "."}));
+  EXPECT_THAT(linesOf("7zz"), ElementsAre("l -slt -ba /in.gz", "x -y -oWORK/payload /in.gz"));
+  EXPECT_THAT(linesOf("tar"), ElementsAre("-czf WORK/result -C WORK/payload ."));
   run("tar");
-  EXPECT_THAT(runsOf("tar"), ElementsAre(Arguments{"-cf", output, "-C", payload, "."}));
+  EXPECT_THAT(linesOf("tar"), ElementsAre("-cf WORK/result -C WORK/payload ."));
   run("zip");
-  EXPECT_EQ(contentOf(fs::path(payload) / "7zz.runs"),
-            "\x1E"
-            "a\x1F-tzip\x1F" +
-                output + "\x1F.\x1F");
+  fs::rename(workspace() / "payload/7zz.runs", workspace() / "7zz.runs");
+  EXPECT_THAT(linesOf("7zz"), ElementsAre("a -tzip WORK/result ."));
 }
 
 TEST_F(ArchiveTest, PassesEngineFailuresOn) {

@@ -21,10 +21,7 @@ class ExtractedTreeTest : public ::testing::Test {
   ExtractedTreeTest() { fs::create_directories(tree_ / "a/.b"); }
 
   [[nodiscard]] std::string checked() const {
-    return support::failureText([&] {
-      ExtractedTree::check(tree_.path(), token_);
-      return 0;
-    });
+    return support::failureText([&] { ExtractedTree::check(tree_.path(), token_); });
   }
   /// Makes a file that takes no room.
   [[nodiscard]] fs::path file(const char* name, std::uintmax_t size) const {
@@ -64,12 +61,11 @@ TEST_F(ExtractedTreeTest, CountsEveryFile) {
 }
 
 TEST_F(ExtractedTreeTest, RefusesLinksAndPipes) {
-  fs::create_symlink("nowhere", tree_ / "a/.b/link");
-  EXPECT_EQ(checked(), refused);
-  fs::remove(tree_ / "a/.b/link");
-  fs::create_directory_symlink("/", tree_ / "a/.b/link");
-  EXPECT_EQ(checked(), refused);
-  fs::remove(tree_ / "a/.b/link");
+  for (const char* target : {"nowhere", "/"}) {
+    fs::create_symlink(target, tree_ / "a/.b/link");
+    EXPECT_EQ(checked(), refused);
+    fs::remove(tree_ / "a/.b/link");
+  }
   ASSERT_EQ(::mkfifo((tree_ / "a/pipe").c_str(), 0600), 0);
   EXPECT_EQ(checked(), refused);
 }
@@ -118,7 +114,6 @@ TEST_F(ExtractedTreeTest, IsWatchedWhileItGrows) {
               for (;;) {
                 watch();
               }
-              return 0;
             }),
             refused);
 }

@@ -1,4 +1,3 @@
-#include <ostream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,7 +21,8 @@ class AdmissionTest : public UniversalJobFixture {
 
 TEST_F(AdmissionTest, NeedsFilesAndAChoice) {
   const auto failure = [&](std::size_t files, Value::Map options) {
-    return support::failureText([&, files] { return runJob(Names(files, "a.txt"), options); });
+    return support::failureText(
+        [&, files] { return runJob(Names(files, "a.txt"), options, "universal"); });
   };
   const Value::Map chosen = {{"capabilityID", "convert.nothing"}};
   const std::string choose = "Choose a conversion or tool first.";
@@ -38,24 +38,24 @@ TEST_F(AdmissionTest, ReportsWhatIsMissing) {
               return ConversionEngine().inspect(sources_ / "missing.txt");
             }));
   const support::InstalledEngines none = {};
-  toolchain_ = none.toolchain();
+  engine_ = UniversalEngine::completeEngine(none.toolchain());
   EXPECT_EQ(failureOf("convert.docx", {"a.txt"}),
             "Requires local pandoc. Install it and reselect the file.");
   EXPECT_THAT(results_.names(), IsEmpty());
 }
 
 TEST_F(AdmissionTest, NeedsAWritableFolder) {
-  destination_ = results_ / "missing";
-  EXPECT_EQ(failureOf("convert.md", {"a.txt"}), "Choose a writable output folder.");
-  destination_ = results_.write("file", "x");
-  EXPECT_EQ(failureOf("convert.md", {"a.txt"}), "Choose a writable output folder.");
+  for (const auto& unusable : {results_ / "missing", results_.write("file", "x")}) {
+    destination_ = unusable;
+    EXPECT_EQ(failureOf("convert.md", {"a.txt"}), "Choose a writable output folder.");
+  }
 }
 
 TEST_F(AdmissionTest, ResultsGoBesideTheFirstFileUnlessAFolderIsChosen) {
   destination_.reset();
   std::filesystem::create_directory(sources_ / "other");
   sources_.write("other/b.txt", "More text.");
-  EXPECT_THAT(runJob({"other/b.txt", "a.txt"}, {{"capabilityID", "convert.md"}}),
+  EXPECT_THAT(runJob({"other/b.txt", "a.txt"}, {{"capabilityID", "convert.md"}}, "universal"),
               ElementsAre(sources_ / "other/b.md", sources_ / "other/b-converted-2.md"));
   EXPECT_THAT(sources_.names(), ElementsAre("a.txt", "other"));
 }

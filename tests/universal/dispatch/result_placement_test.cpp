@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/failure_text.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/universal_fixture.h"
 
 namespace tolvane {
 namespace {
@@ -14,10 +14,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 /// Text files, which are placed unread, in a workspace beside the destination.
-class ResultPlacementTest : public ::testing::Test {
+class ResultPlacementTest : public support::UniversalFixture {
  protected:
   std::vector<fs::path> place(const std::vector<fs::path>& results) {
-    return UniversalEngine::placeResults(results, results_.path(), inputs_, context_);
+    return UniversalEngine::placeResults(results, results_.path(), inputs_, withEngines());
   }
   std::string failure(const std::vector<fs::path>& results) {
     return support::failureText([&] { return place(results); });
@@ -25,10 +25,6 @@ class ResultPlacementTest : public ::testing::Test {
 
   support::TemporaryFolder results_;
   support::TemporaryFolder workspace_;
-  ConversionEngine base_;
-  LocalToolchain toolchain_;
-  CancellationToken token_;
-  JobContext context_ = {base_, toolchain_, token_, workspace_.path()};
   std::vector<FileInfo> inputs_ = {{results_ / "notes.v2.gz", FileKind::archive, ""}};
 };
 

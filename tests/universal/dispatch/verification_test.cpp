@@ -1,14 +1,12 @@
 #include "universal/dispatch/verification.h"
 
-#include <ostream>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/failure_text.h"
 #include "tests/support/pdf_builder.h"
 #include "tests/support/pictures.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/universal_fixture.h"
 
 namespace tolvane {
 namespace {
@@ -16,56 +14,38 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::HasSubstr;
 
-class VerificationTest : public ::testing::Test {
+class VerificationTest : public support::UniversalFixture {
  protected:
   std::string failure(const fs::path& file) {
-    return support::failureText([&] {
-      UniversalEngine::verify(file, context_);
-      return 0;
-    });
+    return support::failureText([&] { UniversalEngine::verify(file, context_); });
   }
-  void engine(const std::string& name, const std::vector<std::string>& arguments) {
-    toolchain_.run({.name = name, .arguments = arguments, .in = folder_.path(), .timeout = 60},
-                   token_);
+  void engine(const std::string& name, const std::string& arguments) {
+    withEngines().in(folder_.path()).run(name, support::words(arguments), 60);
   }
 
-  support::TemporaryFolder folder_;
-  ConversionEngine base_;
-  LocalToolchain toolchain_;
-  CancellationToken token_;
-  JobContext context_ = {base_, toolchain_, token_, folder_.path()};
+  JobContext context_ = withEngines();
 };
 
-struct BrokenCase {
-  const char* name;
-  const char* content;
+const struct {
+  std::string name, content;
   const char* expected;  // part of the sentence
+} brokenResultCases[] = {
+    {"a.pdf", "%PDF-1.4", "This PDF is damaged or unreadable."},
+    {"a.docx", "PK\x03\x04", "unzip"},
+    {"a.XLSX", "text", "unzip"},
+    {"a.mp3", "text", "ffprobe"},
+    {"a.png", "text", "magick"},
+    {"a.zip", "text", "7zz"},
+    {"a.tar.gz", "text", "7zz"},
+    {"a.json", "{\"a\": }", "JSON"},
+    {"a.txt", "anything", "(no failure)"},
 };
 
-void PrintTo(const BrokenCase& c, std::ostream* out) {
-  *out << c.name;
+TEST_F(VerificationTest, IsNoticed) {
+  for (const auto& c : brokenResultCases) {
+    EXPECT_THAT(failure(folder_.write(c.name, c.content)), HasSubstr(c.expected)) << c.name;
+  }
 }
-
-class BrokenResultTest : public VerificationTest,
-                         public ::testing::WithParamInterface<BrokenCase> {};
-
-TEST_P(BrokenResultTest, IsNoticed) {
-  EXPECT_THAT(failure(folder_.write(GetParam().name, GetParam().content)),
-              HasSubstr(GetParam().expected));
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds,
-    BrokenResultTest,
-    ::testing::Values(BrokenCase{"a.pdf", "%PDF-1.4", "This PDF is damaged or unreadable."},
-                      BrokenCase{"a.docx", "PK\x03\x04", "unzip"},
-                      BrokenCase{"a.XLSX", "text", "unzip"},
-                      BrokenCase{"a.mp3", "text", "ffprobe"},
-                      BrokenCase{"a.png", "text", "magick"},
-                      BrokenCase{"a.zip", "text", "7zz"},
-                      BrokenCase{"a.tar.gz", "text", "7zz"},
-                      BrokenCase{"a.json", "{\"a\": }", "JSON"},
-                      BrokenCase{"a.txt", "anything", "(no failure)"}));
 
 TEST_F(VerificationTest, WholeResultsPassWhateverTheirFolderIsCalled) {
   const fs::path folder = folder_ / "50% [a] %d 'b'\\?*: c";
@@ -75,11 +55,11 @@ TEST_F(VerificationTest, WholeResultsPassWhateverTheirFolderIsCalled) {
   support::writePng(folder / "a.png", support::gradient(8, 8, PixelLayout::rgb));
   folder_.write("a.json", "[1, {\"b\": null}]");
   fs::rename(folder_ / "a.json", folder / "a.json");
-  engine("zip", {"-q", "a.zip", "tests.txt", "-r", "."});
+  engine("zip", "-q a.zip tests.txt -r .");
   for (const char* name : {"a.zip", "a.docx"}) {
     fs::copy_file(folder_ / "a.zip", folder / name);
   }
-  engine("ffmpeg", {"-loglevel", "error", "-f", "lavfi", "-i", "sine=duration=0.2", "a.wav"});
+  engine("ffmpeg", "-loglevel error -f lavfi -i sine=duration=0.2 a.wav");
   fs::rename(folder_ / "a.wav", folder / "a.wav");
   for (const char* name : {"a.pdf", "a.png", "a.json", "a.zip", "a.docx", "a.wav"}) {
     EXPECT_EQ(failure(folder / name), "(no failure)") << name;

@@ -1,8 +1,5 @@
 #include "universal/documents/table_builder.h"
 
-#include <ostream>
-#include <string>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,77 +27,66 @@ Table tableOf(const Glyphs& glyphs) {
   return builder.table();
 }
 
-struct GapCase {
+const struct {
   const char* label;
   double gap;     // between the two glyphs that are looked at
   double height;  // of the first of them
   TableRow expected;
+} gapCases[] = {
+    {"no gap", 0, 10, {"ab", "z"}},
+    {"no space", 1.1, 10, {"ab", "z"}},
+    {"a space", 1.5, 10, {"a b", "z"}},
+    {"below the floor of 10 points", 9.9, 10, {"a b", "z"}},
+    {"not more than the floor", 10, 10, {"a b", "z"}},
+    {"above the floor", 10.1, 10, {"a", "b", "z"}},
+    {"below 0.9 of a great height", 17.9, 20, {"a b", "z"}},
+    {"above 0.9 of a great height", 18.1, 20, {"a", "b", "z"}},
+    {"over each other", -3, 10, {"ab", "z"}},
 };
 
-void PrintTo(const GapCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-class GapTest : public ::testing::TestWithParam<GapCase> {};
-
 // The row is there twice, and has a last cell far away, so that it is a table in any case.
-TEST_P(GapTest, SplitsCellsAndWords) {
-  Glyphs glyphs;
-  for (const double y : {100.0, 200.0}) {
-    PdfGlyph first = glyph("a", 0, y);
-    first.height = GetParam().height;
-    PdfGlyph second = glyph("b", 5 + GetParam().gap, y);
-    second.height = GetParam().height;
-    PdfGlyph last = second;
-    last.text = "z";
-    last.x = 400;
-    glyphs = joined(glyphs, {first, second, last});
+TEST(GapTest, SplitsCellsAndWords) {
+  for (const auto& c : gapCases) {
+    SCOPED_TRACE(c.label);
+    Glyphs glyphs;
+    for (const double y : {100.0, 200.0}) {
+      PdfGlyph first = glyph("a", 0, y);
+      first.height = c.height;
+      PdfGlyph second = glyph("b", 5 + c.gap, y);
+      second.height = c.height;
+      PdfGlyph last = second;
+      last.text = "z";
+      last.x = 400;
+      glyphs = joined(glyphs, {first, second, last});
+    }
+    EXPECT_EQ(tableOf(glyphs), Table(2, c.expected));
   }
-  EXPECT_EQ(tableOf(glyphs), Table(2, GetParam().expected));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Gaps,
-    GapTest,
-    ::testing::Values(GapCase{"no gap", 0, 10, {"ab", "z"}},
-                      GapCase{"no space", 1.1, 10, {"ab", "z"}},
-                      GapCase{"a space", 1.5, 10, {"a b", "z"}},
-                      GapCase{"below the floor of 10 points", 9.9, 10, {"a b", "z"}},
-                      GapCase{"not more than the floor", 10, 10, {"a b", "z"}},
-                      GapCase{"above the floor", 10.1, 10, {"a", "b", "z"}},
-                      GapCase{"below 0.9 of a great height", 17.9, 20, {"a b", "z"}},
-                      GapCase{"above 0.9 of a great height", 18.1, 20, {"a", "b", "z"}},
-                      GapCase{"over each other", -3, 10, {"ab", "z"}}));
-
-struct LineCase {
+const struct {
   const char* label;
   double height;
   double drop;  // from the first glyph's middle to the second one's
   bool isOneLine;
+} lineCases[] = {
+    {"below 0.35 of the height", 10, 3.4, true},
+    {"at 0.35 of the height", 10, 3.5, false},
+    {"upwards", 10, -3.4, true},
+    {"below the floor of 2 points", 4, 1.9, true},
+    {"at the floor", 4, 2.0, false},
 };
 
-void PrintTo(const LineCase& c, std::ostream* out) {
-  *out << c.label;
-}
-
-class LineTest : public ::testing::TestWithParam<LineCase> {};
-
-TEST_P(LineTest, GroupsByTheMiddle) {
-  Glyphs glyphs;
-  for (const double y : {100.0, 300.0}) {
-    glyphs.push_back({"a", 0, y, 5, GetParam().height});
-    glyphs.push_back({"b", 100, y + GetParam().drop, 5, GetParam().height});
+TEST(LineTest, GroupsByTheMiddle) {
+  for (const auto& c : lineCases) {
+    SCOPED_TRACE(c.label);
+    Glyphs glyphs;
+    for (const double y : {100.0, 300.0}) {
+      glyphs.push_back({"a", 0, y, 5, c.height});
+      glyphs.push_back({"b", 100, y + c.drop, 5, c.height});
+    }
+    EXPECT_EQ(tableOf(glyphs).size(), c.isOneLine ? 2U : 0U);
   }
-  EXPECT_EQ(tableOf(glyphs).size(), GetParam().isOneLine ? 2U : 0U);
 }
-
-INSTANTIATE_TEST_SUITE_P(Lines,
-                         LineTest,
-                         ::testing::Values(LineCase{"below 0.35 of the height", 10, 3.4, true},
-                                           LineCase{"at 0.35 of the height", 10, 3.5, false},
-                                           LineCase{"upwards", 10, -3.4, true},
-                                           LineCase{"below the floor of 2 points", 4, 1.9, true},
-                                           LineCase{"at the floor", 4, 2.0, false}));
 
 TEST(TableBuilderTest, MeasuresALineByItsFirstGlyphAndThisGlyphsHeight) {
   // Each is 3 lower than the one before it: the third is too far from the first one.

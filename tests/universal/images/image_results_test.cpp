@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <array>
-#include <ostream>
 
 #include <gmock/gmock.h>
 
@@ -42,7 +40,7 @@ class ImageResultsTest : public support::UniversalFixture {
     support::writePng(source, support::gradient(40, 30, PixelLayout::rgb));
     arguments.insert(arguments.begin(), source.string());
     arguments.push_back((workspace() / name).string());
-    static_cast<void>(withEngines().run("magick", arguments, 60));
+    (void)withEngines().run("magick", arguments, 60);
     return workspace() / name;
   }
 
@@ -51,96 +49,71 @@ class ImageResultsTest : public support::UniversalFixture {
   }
 };
 
-class OrientationTest : public ImageResultsTest,
-                        public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(OrientationTest, CropsAndRedactsWhatTheUserSees) {
-  const fs::path file = picture("photo.tiff", {"-orient", GetParam()});
-  const Bitmap seen = decoded(file);
-  const bool isPortrait = seen.height > seen.width;
-  // Ends on the right and the bottom edge.
-  const int x = isPortrait ? 10 : 20;
-  const int y = isPortrait ? 30 : 25;
-  const Value::Map area = {
-      {"x", x}, {"y", y}, {"width", seen.width - x}, {"height", seen.height - y}};
-  const Bitmap cropped = decoded(run(file, "crop", area));
-  const Bitmap redacted = decoded(run(file, "redact", area));
-  ASSERT_EQ(cropped.width, seen.width - x);
-  ASSERT_EQ(cropped.height, seen.height - y);
-  ASSERT_EQ(redacted.width, seen.width);
-  ASSERT_EQ(redacted.height, seen.height);
+/// @param x, y where the cropped and the redacted area begins.
+void expectCropAndRedaction(
+    const Bitmap& seen, const Bitmap& cropped, const Bitmap& redacted, int x, int y) {
+  ASSERT_EQ(std::pair(cropped.width, cropped.height), std::pair(seen.width - x, seen.height - y));
+  ASSERT_EQ(std::pair(redacted.width, redacted.height), std::pair(seen.width, seen.height));
   for (int row = 0; row < seen.height; ++row) {
     for (int column = 0; column < seen.width; ++column) {
       const bool isInside = column >= x && row >= y;
-      ASSERT_EQ(pixelAt(redacted, column, row),
-                isInside ? Bytes(3, 0) : pixelAt(seen, column, row));
-      if (isInside) {
-        ASSERT_EQ(pixelAt(cropped, column - x, row - y), pixelAt(seen, column, row));
-      }
+      const Bytes pixel = pixelAt(seen, column, row);
+      ASSERT_EQ(pixelAt(redacted, column, row), isInside ? Bytes(3, 0) : pixel);
+      ASSERT_EQ(isInside ? pixelAt(cropped, column - x, row - y) : pixel, pixel);
     }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All,
-                         OrientationTest,
-                         ::testing::Values("TopLeft",
-                                           "TopRight",
-                                           "BottomRight",
-                                           "BottomLeft",
-                                           "LeftTop",
-                                           "RightTop",
-                                           "RightBottom",
-                                           "LeftBottom"));
+TEST_F(ImageResultsTest, CropsAndRedactsWhatTheUserSees) {
+  for (const std::string& orientation : support::words(
+           "TopLeft TopRight BottomRight BottomLeft LeftTop RightTop RightBottom LeftBottom")) {
+    SCOPED_TRACE(orientation);
+    const fs::path file = picture("photo.tiff", {"-orient", orientation});
+    const Bitmap seen = decoded(file);
+    // Ends on the right and the bottom edge.
+    const auto [x, y] = seen.height > seen.width ? std::pair(10, 30) : std::pair(20, 25);
+    const Value::Map area = {
+        {"x", x}, {"y", y}, {"width", seen.width - x}, {"height", seen.height - y}};
+    const Bitmap cropped = decoded(run(file, "crop", area));
+    expectCropAndRedaction(seen, cropped, decoded(run(file, "redact", area)), x, y);
+  }
+}
 
-struct KindCase {
+const struct {
   const char* name;
   std::vector<std::string> making;
   double tolerance;  ///< of a component
+} oddPictureCases[] = {
+    {"deep.png", {"-depth", "16"}, 1},
+    {"press.jpg", {"-colorspace", "CMYK", "-quality", "100"}, 60},
+    {"moving.gif", {"(", "-clone", "0", "-negate", ")"}, 0},
+    {"grey.webp", {"-colorspace", "Gray", "-quality", "100"}, 3},
+    {"clear.png", {"-alpha", "set", "-channel", "A", "-evaluate", "set", "50%"}, 1},
+    {"two.bmp", {"-monochrome"}, 0},
 };
-void PrintTo(const KindCase& c, std::ostream* out) {
-  *out << c.name;
-}
-class OddPictureTest : public ImageResultsTest, public ::testing::WithParamInterface<KindCase> {};
 
-TEST_P(OddPictureTest, IsCroppedAsItIsSeen) {
-  const fs::path file = picture(GetParam().name, GetParam().making);
-  const Bitmap before = decoded(file);
-  const Bitmap after =
-      decoded(run(file, "crop", {{"x", 25}, {"y", 20}, {"width", 15}, {"height", 10}}));
-  ASSERT_EQ(after.width, 15);
-  ASSERT_EQ(after.height, 10);
-  for (const auto& [x, y] : {std::pair{0, 0}, {14, 9}}) {
-    EXPECT_NEAR(pixelAt(after, x, y).front(),
-                pixelAt(before, x + 25, y + 20).front(),
-                GetParam().tolerance);
+TEST_F(ImageResultsTest, CropsAndRedactsPicturesOfEveryKind) {
+  for (const auto& [name, making, tolerance] : oddPictureCases) {
+    SCOPED_TRACE(name);
+    const fs::path file = picture(name, making);
+    const Bitmap before = decoded(file);
+    const Bitmap cropped =
+        decoded(run(file, "crop", {{"x", 25}, {"y", 20}, {"width", 15}, {"height", 10}}));
+    EXPECT_EQ(std::pair(cropped.width, cropped.height), std::pair(15, 10));
+    for (const auto& [x, y] : {std::pair{0, 0}, {14, 9}}) {
+      EXPECT_NEAR(
+          pixelAt(cropped, x, y).front(), pixelAt(before, x + 25, y + 20).front(), tolerance);
+    }
+    const Bitmap redacted =
+        decoded(run(file, "redact", {{"x", 5}, {"y", 5}, {"width", 10}, {"height", 10}}));
+    EXPECT_EQ(std::pair(redacted.width, redacted.height), std::pair(40, 30));
+    EXPECT_EQ(pixelAt(redacted, 5, 5), Bytes(3, 0));
+    EXPECT_EQ(pixelAt(redacted, 14, 14), Bytes(3, 0));
+    for (const auto& [x, y] : {std::pair{4, 5}, {15, 14}, {39, 29}}) {
+      EXPECT_NEAR(pixelAt(redacted, x, y).front(), pixelAt(before, x, y).front(), tolerance);
+    }
   }
 }
-
-TEST_P(OddPictureTest, LosesNothingButTheRedactedBox) {
-  const fs::path file = picture(GetParam().name, GetParam().making);
-  const Bitmap before = decoded(file);
-  const Bitmap after =
-      decoded(run(file, "redact", {{"x", 5}, {"y", 5}, {"width", 10}, {"height", 10}}));
-  ASSERT_EQ(after.width, 40);
-  ASSERT_EQ(after.height, 30);
-  for (const auto& [x, y] : {std::pair{5, 5}, {14, 14}}) {
-    EXPECT_EQ(pixelAt(after, x, y), Bytes(3, 0));
-  }
-  for (const auto& [x, y] : {std::pair{4, 5}, {15, 14}, {39, 29}}) {
-    EXPECT_NEAR(pixelAt(after, x, y).front(), pixelAt(before, x, y).front(), GetParam().tolerance);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds,
-    OddPictureTest,
-    ::testing::Values(
-        KindCase{"deep.png", {"-depth", "16"}, 1},
-        KindCase{"press.jpg", {"-colorspace", "CMYK", "-quality", "100"}, 60},
-        KindCase{"moving.gif", {"(", "-clone", "0", "-negate", ")"}, 0},
-        KindCase{"grey.webp", {"-colorspace", "Gray", "-quality", "100"}, 3},
-        KindCase{"clear.png", {"-alpha", "set", "-channel", "A", "-evaluate", "set", "50%"}, 1},
-        KindCase{"two.bmp", {"-monochrome"}, 0}));
 
 TEST_F(ImageResultsTest, ShowsWhiteThroughWhereAFormatHasNoTransparency) {
   const fs::path clear = picture("clear.png", {"-alpha", "transparent"});
@@ -169,8 +142,7 @@ TEST_F(ImageResultsTest, DrawsSvg) {
     const fs::path file = folder_.write(name, svg(""));
     image(file, workspace() / "result.png", {}, {}, withEngines());
     const Bitmap drawn = decoded(workspace() / "result.png");
-    ASSERT_EQ(drawn.width, 40);
-    ASSERT_EQ(drawn.height, 30);
+    ASSERT_EQ(std::pair(drawn.width, drawn.height), std::pair(40, 30));
     EXPECT_EQ(pixelAt(drawn, 2, 2), Bytes({255, 0, 0}));
     EXPECT_EQ(pixelAt(drawn, 37, 17), Bytes({255, 0, 0}));
     ASSERT_EQ(drawn.layout, PixelLayout::rgba);
@@ -182,50 +154,43 @@ TEST_F(ImageResultsTest, DrawsSvg) {
   EXPECT_GE(pixelAt(decoded(workspace() / "result.jpg"), 5, 27).at(1), 250);
 }
 
-class IntruderTest : public ImageResultsTest,
-                     public ::testing::WithParamInterface<std::pair<const char*, const char*>> {};
+const std::pair<const char*, const char*> intruderCases[] = {
+    {"a.svg", R"(<image width="20" height="20" xlink:href="DIR/secret.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="DIR/secret.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="../secret.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="file://DIR/secret.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="http://127.0.0.1:9/a.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="png:DIR/secret.png"/>)"},
+    {"a.svg", R"(<image width="20" height="20" href="@DIR/secret.png"/>)"},
+    {"a.svg", R"(<rect width="20" height="20" fill='url(DIR/secret.png)'/>)"},
+    {"a.svg", R"(<g font-family="x&quot; image Over 0,0 20,20 'DIR/secret.png'"><text/></g>)"},
+    {"a.mvg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
+    {"a.svg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
+    {"a.png",
+     "push graphic-context\nviewbox 0 0 40 30\n"
+     "image Over 0,0 20,20 'DIR/secret.png'\npop graphic-context\n"}};
 
-TEST_P(IntruderTest, ShowsNoFileOfThisMachine) {
+TEST_F(ImageResultsTest, ShowsNoFileOfThisMachine) {
   fs::copy_file(picture("blue.png", {"-fill", "blue", "-colorize", "100"}), folder_ / "secret.png");
-  const auto& [name, pattern] = GetParam();
-  std::string content = pattern;
-  for (std::size_t at = 0; (at = content.find("DIR")) != std::string::npos;) {
-    content.replace(at, 3, folder_.path().string());
-  }
-  const bool isSvg = content.starts_with('<');
-  const fs::path file = folder_.write(name, isSvg ? svg(content) : content);
   const fs::path output = workspace() / "result.png";
-  const std::string failure = failureText([&] {
-    image(file, output, {}, {}, withEngines());
-    return 0;
-  });
-  // Either nothing is drawn, or only what the picture itself holds.
-  if (fs::exists(output)) {
-    EXPECT_EQ(pixelAt(decoded(output), 5, 5), Bytes({255, 0, 0})) << failure;
-  } else {
-    EXPECT_THAT(failure, ::testing::HasSubstr("magick could not process this file"));
+  for (const auto& [name, pattern] : intruderCases) {
+    SCOPED_TRACE(pattern);
+    std::string content = pattern;
+    for (std::size_t at = 0; (at = content.find("DIR")) != std::string::npos;) {
+      content.replace(at, 3, folder_.path().string());
+    }
+    const fs::path file = folder_.write(name, content.starts_with('<') ? svg(content) : content);
+    fs::remove(output);
+    const std::string failure =
+        failureText([&, &file = file] { image(file, output, {}, {}, withEngines()); });
+    // Either nothing is drawn, or only what the picture itself holds.
+    if (fs::exists(output)) {
+      EXPECT_EQ(pixelAt(decoded(output), 5, 5), Bytes({255, 0, 0})) << failure;
+    } else {
+      EXPECT_THAT(failure, ::testing::HasSubstr("magick could not process this file"));
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Pictures,
-    IntruderTest,
-    ::testing::Values(
-        std::pair{"a.svg", R"(<image width="20" height="20" xlink:href="DIR/secret.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="DIR/secret.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="../secret.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="file://DIR/secret.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="http://127.0.0.1:9/a.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="png:DIR/secret.png"/>)"},
-        std::pair{"a.svg", R"(<image width="20" height="20" href="@DIR/secret.png"/>)"},
-        std::pair{"a.svg", R"(<rect width="20" height="20" fill='url(DIR/secret.png)'/>)"},
-        std::pair{"a.svg",
-                  R"(<g font-family="x&quot; image Over 0,0 20,20 'DIR/secret.png'"><text/></g>)"},
-        std::pair{"a.mvg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
-        std::pair{"a.svg", "viewbox 0 0 40 30 image Over 0,0 20,20 'DIR/secret.png'"},
-        std::pair{"a.png",
-                  "push graphic-context\nviewbox 0 0 40 30\n"
-                  "image Over 0,0 20,20 'DIR/secret.png'\npop graphic-context\n"}));
 
 TEST_F(ImageResultsTest, DrawsTheTextAtItsPlaceInItsColor) {
   const fs::path dark =
@@ -252,30 +217,14 @@ TEST_F(ImageResultsTest, DrawsTheTextAtItsPlaceInItsColor) {
 TEST_F(ImageResultsTest, ReadsAndWritesTheFileThatIsMeantWhateverItsName) {
   const fs::path red = picture("red.png", {"-fill", "red", "-colorize", "100"});
   const fs::path blue = picture("blue.png", {"-fill", "blue", "-colorize", "100"});
-  constexpr std::array names = {"50%d",
-                                "%03d",
-                                "%%x",
-                                "a*b",
-                                "q?",
-                                "[0]",
-                                "x[0]",
-                                "c:d",
-                                "png:x",
-                                "{a,b}",
-                                "s p'\"",
-                                "b\\n",
-                                "~",
-                                "@at",
-                                "-dash",
-                                "line\nend",
-                                "äß→",
-                                "%[fx:1]",
-                                "%o"};
+  std::vector<std::string> names = support::words(
+      "50%d %03d %%x a*b q? [0] x[0] c:d png:x {a,b} b\\n ~ @at -dash äß→ %[fx:1] %o");
   for (const char* decoy : {"500", "000", "%x", "aXb", "qX", "x", "d", "a", "0"}) {
     fs::create_directory(folder_ / decoy);
     fs::copy_file(blue, folder_ / decoy / (std::string(decoy) + ".png"));
   }
-  for (const std::string name : names) {
+  names.insert(names.end(), {"s p'\"", "line\nend"});
+  for (const std::string& name : names) {
     const fs::path folder = folder_ / name;
     fs::create_directory(folder);
     for (const std::string extension : {".png", ""}) {
@@ -285,8 +234,7 @@ TEST_F(ImageResultsTest, ReadsAndWritesTheFileThatIsMeantWhateverItsName) {
       const fs::path result = imageTool({input, FileKind::image, ""}, "compress", {}, job);
       ASSERT_EQ(result, folder / "result-compress.png");
       EXPECT_EQ(pixelAt(decoded(result), 9, 9), Bytes({255, 0, 0})) << input;
-      EXPECT_NO_THROW(
-          static_cast<void>(job.run("magick", {"identify", enginePath(result, job)}, 60)));
+      EXPECT_NO_THROW((void)job.run("magick", {"identify", enginePath(result, job)}, 60));
       fs::remove(result);
     }
   }

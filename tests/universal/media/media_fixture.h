@@ -1,8 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -19,11 +17,9 @@ class MediaFixture : public UniversalFixture {
  protected:
   /// Makes a file in the folder of inputs. @param arguments as one line, without quotes.
   FileInfo make(const std::string& name, const std::string& arguments) const {
-    std::istringstream words(arguments);
-    std::vector<std::string> list = {"-v", "error"};
-    list.insert(list.end(), std::istream_iterator<std::string>(words), {});
-    list.push_back("file:" + name);
-    context_.in(sources_.path()).run("ffmpeg", list, 60);
+    std::vector<std::string> all = words("-v error " + arguments);
+    all.push_back("file:" + name);
+    context_.in(sources_.path()).run("ffmpeg", all, 60);
     return info(name);
   }
 

@@ -1,6 +1,6 @@
 #include "universal/media/media.h"
 
-#include <ostream>
+#include <utility>
 
 #include "platform/images/image_decoder.h"
 #include "tests/support/failure_text.h"
@@ -17,98 +17,76 @@ using ::testing::ElementsAre;
 constexpr double tolerance = 0.15;  // seconds
 
 struct ResultCase {
-  const char* id;  ///< target of a conversion, or tool
-  const char* streams;
+  std::string id;  ///< target of a conversion, or tool
+  std::string streams;
   double duration = 1.2;
   Value::Map options = {};
 };
 
-void PrintTo(const ResultCase& c, std::ostream* out) {
-  *out << c.id << " gives " << c.streams;
-}
-
-class MediaResultTest : public support::MediaFixture,
-                        public ::testing::WithParamInterface<ResultCase> {
- protected:
-  void expectResult(const fs::path& result) const {
-    const Content content = described(result);
-    EXPECT_EQ(content.streams, GetParam().streams);
-    EXPECT_NEAR(content.duration, GetParam().duration, tolerance);
-    EXPECT_THAT(support::contentOf(result), ::testing::Not(::testing::HasSubstr("Secret")));
-  }
-
-  void expectToolResult(const FileInfo& input) const {
-    const auto results =
-        UniversalEngine::mediaTool(input, GetParam().id, GetParam().options, context_);
-    ASSERT_EQ(results.size(), 1U);
-    EXPECT_EQ(results.front().stem(), std::string("result-") + GetParam().id);
-    expectResult(results.front());
-  }
+const ResultCase targets[] = {
+    {"mp4", "h264 160x120, aac 2"},
+    {"mov", "h264 160x120, aac 2"},
+    {"gif", "gif 720x540"},
+    {"mp3", "mp3 2"},
+    {"m4a", "aac 2"},
+    {"wav", "pcm_s16le 2"},
+    {"aiff", "pcm_s16be 2"},
+    {"flac", "flac 2"},
+    {"ogg", "vorbis 2"},
+    {"opus", "opus 2"},
 };
-
-class MediaConversionTest : public MediaResultTest {};
-
-TEST_P(MediaConversionTest, MakesWhatWasAskedFor) {
-  const std::string target = GetParam().id;
-  const fs::path output = context_.workspace / ("result." + target);
-  UniversalEngine::media(film(), target, {}, output, GetParam().options, context_);
-  expectResult(output);
-}
-
-INSTANTIATE_TEST_SUITE_P(Targets,
-                         MediaConversionTest,
-                         ::testing::Values(ResultCase{"mp4", "h264 160x120, aac 2"},
-                                           ResultCase{"mov", "h264 160x120, aac 2"},
-                                           ResultCase{"gif", "gif 720x540"},
-                                           ResultCase{"mp3", "mp3 2"},
-                                           ResultCase{"m4a", "aac 2"},
-                                           ResultCase{"wav", "pcm_s16le 2"},
-                                           ResultCase{"aiff", "pcm_s16be 2"},
-                                           ResultCase{"flac", "flac 2"},
-                                           ResultCase{"ogg", "vorbis 2"},
-                                           ResultCase{"opus", "opus 2"}));
-
-class FilmToolTest : public MediaResultTest {};
-
-TEST_P(FilmToolTest, MakesWhatWasAskedFor) {
-  expectToolResult(film());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tools,
-    FilmToolTest,
-    ::testing::Values(
-        ResultCase{"compress", "h264 160x120, aac 2", 1.2, {{"quality", 0.1}}},
-        ResultCase{"mute", "h264 160x120"},
-        ResultCase{"trim", "h264 160x120, aac 2", 0.5, {{"start", 0.3}, {"end", 0.8}}},
-        ResultCase{"crop", "h264 100x60, aac 2", 1.2, {{"x", 60}, {"y", 60}, {"height", 60}}},
-        ResultCase{"redact", "h264 160x120, aac 2", 1.2, {{"width", 101}}},
-        ResultCase{"speed", "h264 160x120, aac 2", 0.6, {{"speed", 2}}},
-        ResultCase{"snapshot", "png 160x120", 0, {{"start", 1}}}));
-
-class SongToolTest : public MediaResultTest {};
-
-TEST_P(SongToolTest, MakesWhatWasAskedFor) {
-  expectToolResult(song());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Tools,
-    SongToolTest,
-    ::testing::Values(ResultCase{"compress", "aac 1"},
-                      ResultCase{"normalize", "aac 1"},
-                      ResultCase{"channels", "aac 2", 1.2, {{"channels", 2}}},
-                      ResultCase{"bleep", "aac 1", 1.2, {{"start", 0.2}, {"end", 0.7}}},
-                      ResultCase{"trim", "aac 1", 0.7, {{"start", 0.5}}},
-                      ResultCase{"speed", "aac 1", 0.8},
-                      ResultCase{"visualize", "png 1600x400", 0}));
+const std::vector<ResultCase> filmTools = {
+    {"compress", "h264 160x120, aac 2", 1.2, {{"quality", 0.1}}},
+    {"mute", "h264 160x120"},
+    {"trim", "h264 160x120, aac 2", 0.5, {{"start", 0.3}, {"end", 0.8}}},
+    {"crop", "h264 100x60, aac 2", 1.2, {{"x", 60}, {"y", 60}, {"height", 60}}},
+    {"redact", "h264 160x120, aac 2", 1.2, {{"width", 101}}},
+    {"speed", "h264 160x120, aac 2", 0.6, {{"speed", 2}}},
+    {"snapshot", "png 160x120", 0, {{"start", 1}}},
+};
+const std::vector<ResultCase> songTools = {
+    {"compress", "aac 1"},
+    {"normalize", "aac 1"},
+    {"channels", "aac 2", 1.2, {{"channels", 2}}},
+    {"bleep", "aac 1", 1.2, {{"start", 0.2}, {"end", 0.7}}},
+    {"trim", "aac 1", 0.7, {{"start", 0.5}}},
+    {"speed", "aac 1", 0.8},
+    {"visualize", "png 1600x400", 0},
+};
 
 class MediaTest : public support::MediaFixture {
  protected:
+  void expectResult(const fs::path& result, const ResultCase& expected) const {
+    const Content content = described(result);
+    EXPECT_EQ(content.streams, expected.streams) << result;
+    EXPECT_NEAR(content.duration, expected.duration, tolerance) << result;
+    EXPECT_THAT(support::contentOf(result), ::testing::Not(::testing::HasSubstr("Secret")));
+  }
+
   Content contentAfter(std::string_view tool, const FileInfo& input) const {
     return described(UniversalEngine::mediaTool(input, tool, {}, context_).front());
   }
 };
+
+TEST_F(MediaTest, ConvertsToEveryTarget) {
+  const FileInfo input = film();
+  for (const ResultCase& c : targets) {
+    const fs::path output = context_.workspace / ("result." + c.id);
+    UniversalEngine::media(input, c.id, {}, output, c.options, context_);
+    expectResult(output, c);
+  }
+}
+
+TEST_F(MediaTest, WorksWithEveryTool) {
+  for (const auto& [input, tools] : {std::pair(film(), filmTools), std::pair(song(), songTools)}) {
+    for (const ResultCase& c : tools) {
+      const auto results = UniversalEngine::mediaTool(input, c.id, c.options, context_);
+      ASSERT_EQ(results.size(), 1U);
+      EXPECT_EQ(results.front().stem(), "result-" + c.id);
+      expectResult(results.front(), c);
+    }
+  }
+}
 
 TEST_F(MediaTest, CutsIntoSegmentsThatStartAtZero) {
   const auto segments = UniversalEngine::mediaTool(film(), "split", {{"seconds", "0.5"}}, context_);
@@ -120,9 +98,7 @@ TEST_F(MediaTest, CutsIntoSegmentsThatStartAtZero) {
   EXPECT_NEAR(described(segments[1]).duration, 0.5, tolerance);
   EXPECT_NEAR(described(segments[2]).duration, 0.2, tolerance);
   EXPECT_EQ(described(segments[2]).streams, "h264 160x120, aac 2");
-}
-
-TEST_F(MediaTest, CutsSongsToo) {
+  fs::remove_all(folder);
   EXPECT_EQ(UniversalEngine::mediaTool(song(), "split", {{"seconds", 0.5}}, context_).size(), 3U);
 }
 
@@ -174,24 +150,18 @@ TEST_F(MediaTest, TakesShortAndUnevenlyTimedFilms) {
   EXPECT_NEAR(contentAfter("compress", uneven).duration, 1, tolerance);
 }
 
-class NamesTest : public support::MediaFixture,
-                  public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(NamesTest, OfInputsAndFoldersDoNotMatter) {
-  const JobContext context = context_.in(folder_ / GetParam());
-  fs::create_directory(context.workspace);
-  const FileInfo input = film(std::string(GetParam()) + ".mp4", "0.2");
-  const auto pictures = UniversalEngine::mediaTool(input, "snapshot", {}, context);
-  ASSERT_THAT(pictures, ElementsAre(context.workspace / "result-snapshot.png"));
-  EXPECT_TRUE(support::contentOf(pictures.front()).starts_with("\x89PNG"));
-  EXPECT_THAT(UniversalEngine::mediaTool(input, "split", {}, context),
-              ElementsAre(context.workspace / "segments/segment-000.mp4"));
+TEST_F(MediaTest, TakesInputsAndFoldersOfAnyName) {
+  for (const std::string name : {"a%d b", "%03d%%", "concat:a|b", "a:b", "quote' \"[x]\\ $HOME"}) {
+    const JobContext context = context_.in(folder_ / name);
+    fs::create_directory(context.workspace);
+    const FileInfo input = film(name + ".mp4", "0.2");
+    const auto pictures = UniversalEngine::mediaTool(input, "snapshot", {}, context);
+    ASSERT_THAT(pictures, ElementsAre(context.workspace / "result-snapshot.png"));
+    EXPECT_TRUE(support::contentOf(pictures.front()).starts_with("\x89PNG"));
+    EXPECT_THAT(UniversalEngine::mediaTool(input, "split", {}, context),
+                ElementsAre(context.workspace / "segments/segment-000.mp4"));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Odd,
-    NamesTest,
-    ::testing::Values("a%d b", "%03d%%", "concat:a|b", "a:b", "quote' \"[x]\\ $HOME"));
 
 }  // namespace
 }  // namespace tolvane

@@ -1,7 +1,12 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <string>
+#include <sys/socket.h>
 #include <sys/types.h>
+#include <sys/un.h>
+#include <utility>
 #include <vector>
 
 namespace tolvane::attacks {
@@ -18,6 +23,17 @@ struct Ground {
 
   [[nodiscard]] std::string target() const { return outside + "/target"; }
 };
+
+/// @param name a leading '@' stands for the zero byte of abstract names.
+inline std::pair<sockaddr_un, socklen_t> localAddress(const std::string& name) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  std::copy(name.begin(), name.end(), address.sun_path);
+  if (name.front() == '@') {
+    address.sun_path[0] = '\0';
+  }
+  return {address, static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size())};
+}
 
 /// Where an attack has to succeed when nothing is confined; otherwise it would prove nothing.
 enum class Unconfined { succeeds, succeedsAsRoot, dependsOnMachine };

@@ -5,13 +5,13 @@
 #include <fstream>
 #include <sstream>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "engine/primitives/conversion_failure.h"
+#include "tests/support/eventually.h"
 #include "tests/support/failure_text.h"
 #include "tests/universal/toolchain/host_program.h"
 
@@ -162,56 +162,29 @@ bool isAnybodyRunning(const std::string& word) {
   return false;
 }
 
-template <typename Condition>
-bool becomesTrue(const Condition& condition, std::chrono::milliseconds limit) {
-  const auto end = std::chrono::steady_clock::now() + limit;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  }
-  return true;
-}
-
-struct HostDeath {
-  const char* label;
-  ConfinementLevel level;
-  Identity identity;
-};
-
-void PrintTo(const HostDeath& death, std::ostream* out) {
-  *out << death.label;
-}
-
+using HostDeath = std::pair<ConfinementLevel, Identity>;
 class HostDeathTest : public ::testing::TestWithParam<HostDeath> {};
 
 TEST_P(HostDeathTest, EndsTheEngineAndItsDescendants) {
+  const auto& [confinement, identity] = GetParam();
+  const std::string level = std::to_string(static_cast<int>(confinement));
   const HostProgram program;
-  const std::string mark = std::to_string(100'000 + ::getpid()) + "." +
-                           std::to_string(static_cast<int>(GetParam().level));
+  const std::string mark = std::to_string(100'000 + ::getpid()) + "." + level;
   program.addEngine("stubborn",
-                    "trap '' TERM HUP INT\n"
-                    "(trap '' TERM; sleep " +
-                        mark +
-                        ") &\n"
-                        "(sleep " +
-                        mark +
-                        " &) &\n"
-                        "touch ready\nsleep " +
-                        mark + "\n");
-  const auto workspace = program.workspace(GetParam().identity);
-  const std::string level = std::to_string(static_cast<int>(GetParam().level));
+                    "trap '' TERM HUP INT\n(trap '' TERM; sleep " + mark + ") &\n(sleep " + mark +
+                        " &) &\ntouch ready\nsleep " + mark + "\n");
+  const auto workspace = program.workspace(identity);
   const pid_t host = HostProgram::start(
-      program.command(GetParam().identity,
+      program.command(identity,
                       {"run", level, std::to_string(newest), workspace.string(), "stubborn"}),
       program.workspace(Identity::root) / "output");
   using namespace std::chrono_literals;
-  EXPECT_TRUE(becomesTrue([&] { return std::filesystem::exists(workspace / "ready"); }, 20s));
+  EXPECT_TRUE(
+      support::eventually([&] { return std::filesystem::exists(workspace / "ready"); }, 20s));
   EXPECT_TRUE(isAnybodyRunning(mark));
   ::kill(host, SIGKILL);
   const auto killed = std::chrono::steady_clock::now();
-  EXPECT_TRUE(becomesTrue([&] { return !isAnybodyRunning(mark); }, 10s));
+  EXPECT_TRUE(support::eventually([&] { return !isAnybodyRunning(mark); }));
   // A tenth of this when the machine has nothing else to do.
   EXPECT_LT(std::chrono::steady_clock::now() - killed, 1s);
   ::waitpid(host, nullptr, 0);
@@ -219,11 +192,10 @@ TEST_P(HostDeathTest, EndsTheEngineAndItsDescendants) {
 
 INSTANTIATE_TEST_SUITE_P(Everywhere,
                          HostDeathTest,
-                         ::testing::Values(HostDeath{"MountsUser", ownMounts, user},
-                                           HostDeath{"MountsRoot", ownMounts, root},
-                                           HostDeath{"Bubblewrap", bubblewrap, user},
-                                           HostDeath{"Rules", withoutMounts, user}),
-                         [](const auto& test) { return test.param.label; });
+                         ::testing::Values(HostDeath(ownMounts, user),
+                                           HostDeath(ownMounts, root),
+                                           HostDeath(bubblewrap, user),
+                                           HostDeath(withoutMounts, user)));
 
 }  // namespace
 

@@ -7,6 +7,7 @@
 
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/words.h"
 
 namespace tolvane {
 
@@ -43,9 +44,8 @@ TEST(EngineReportTest, SaysWhatToInstall) {
 class MagickTest : public ::testing::Test {
  public:
   std::string run(const std::vector<std::string>& arguments) const {
-    const Bytes printed =
-        LocalToolchain().run({"magick", arguments, folder_.path(), 60}, CancellationToken());
-    return {printed.begin(), printed.end()};
+    return std::string(asText(
+        LocalToolchain().run({"magick", arguments, folder_.path(), 60}, CancellationToken())));
   }
 
  protected:
@@ -62,11 +62,9 @@ TEST_F(MagickTest, ConvertsIdentifiesAndMounts) {
 TEST_F(MagickTest, HasItsOwnPolicy) {
   EXPECT_EQ(run({"-size", "16384x1", "xc:red", "wide.png"}), "");
   std::ofstream(folder_ / "list") << "a.png";
-  for (const std::vector<std::string>& refused :
-       {std::vector<std::string>{"-size", "16385x1", "xc:red", "wider.png"},
-        std::vector<std::string>{"@list", "b.png"},
-        std::vector<std::string>{"https://localhost/a.png", "b.png"}}) {
-    EXPECT_EQ(support::failureText([&] { return run(refused); }),
+  for (const char* refused :
+       {"-size 16385x1 xc:red wider.png", "@list b.png", "https://localhost/a.png b.png"}) {
+    EXPECT_EQ(support::failureText([&] { return run(support::words(refused)); }),
               "magick could not process this file (exit 1). Check that the file is valid and the "
               "selected options fit its content.");
   }

@@ -1,7 +1,7 @@
-#include <functional>
 #include <sstream>
 #include <sys/wait.h>
 #include <thread>
+#include <tuple>
 #include <unistd.h>
 
 #include "engine/primitives/conversion_failure.h"
@@ -24,80 +24,57 @@ constexpr const char* timedOut = "The local engine timed out. Try a smaller file
 constexpr const char* tooTalkative = "The engine produced too much diagnostic output.";
 constexpr const char* cancelled = "Cancelled. Your source files are unchanged.";
 
-struct FailureCase {
-  const char* label;
-  const char* script;
-  double timeout;
-  const char* message;
-  double leastSeconds;
-  double mostSeconds;
-};
-
-void PrintTo(const FailureCase& failure, std::ostream* out) {
-  *out << failure.label;
-}
-
-class EngineFailureTest : public support::ToolchainFixture,
-                          public ::testing::WithParamInterface<FailureCase> {};
-
-TEST_P(EngineFailureTest, SaysWhyAndCleansUp) {
-  // As the office suite, so that there is a socket folder to remove.
-  EngineRun order = engine("soffice", std::string("echo $1 > sockets\n") + GetParam().script);
-  order.timeout = GetParam().timeout;
-  const support::StopWatch watch;
-  EXPECT_THAT(failureText([&] { return run(order); }), HasSubstr(GetParam().message));
-  EXPECT_GE(watch.seconds(), GetParam().leastSeconds);
-  EXPECT_LT(watch.seconds(), GetParam().mostSeconds);
-
-  const std::string sockets = support::contentOf(workspace() / "sockets");
-  const std::size_t path = sockets.find('/');  // absent where the engine was stopped at once
-  EXPECT_FALSE(path != std::string::npos && fs::exists(sockets.substr(path, 16)));
-  for (const std::string& name : leftInWorkspace()) {
-    EXPECT_THAT(name, ::testing::Not(EndsWith(".log")));
-  }
-  std::istringstream processes(support::contentOf(workspace() / "children"));
-  for (std::string process; processes >> process;) {
-    EXPECT_FALSE(isAlive(process));
-  }
-}
-
 constexpr const char* exit4 =
     "soffice could not process this file (exit 4). Check that the file is valid and the selected "
     "options fit its content.";
 
-INSTANTIATE_TEST_SUITE_P(
-    Every,
-    EngineFailureTest,
-    ::testing::Values(
-        FailureCase{"Status", "exit 4", 60, exit4, 0, 20},
-        FailureCase{"Signal", "kill -SEGV $$", 60, "(exit 139)", 0, 20},
-        FailureCase{"Timeout", "sleep 1000 & echo $! > children; wait", 0.3, timedOut, 0.3, 1.2},
-        FailureCase{"NoTime", "sleep 1000", 0, timedOut, 0, 1.2},
-        FailureCase{"Stubborn",
-                    "trap '' TERM; (trap '' TERM; exec sleep 1000) & echo $! > children\n"
-                    "while :; do sleep 0.1; done",
-                    0.3,
-                    timedOut,
-                    1.3,
-                    3},
-        FailureCase{"Flood", "head -c 16777217 /dev/zero; sleep 1000", 60, tooTalkative, 0, 20},
-        FailureCase{
-            "FloodAtTheEnd", "truncate -s 268435457 /proc/self/fd/1", 60, tooTalkative, 0, 20},
-        FailureCase{"LogRemoved", "rm .process-*", 60, ".log: No such file or directory", 0, 20},
-        FailureCase{"LogReplaced",
-                    "set -- .process-*; rm $1; mkfifo $1",
-                    60,
-                    ".log: Stale file handle",
-                    0,
-                    20}),
-    [](const auto& test) { return test.param.label; });
+const std::tuple<std::string, std::string, double, const char*, double, double> failureCases[] = {
+    {"Status", "exit 4", 60, exit4, 0, 20},
+    {"Signal", "kill -SEGV $$", 60, "(exit 139)", 0, 20},
+    {"Timeout", "sleep 1000 & echo $! > children; wait", 0.3, timedOut, 0.3, 1.2},
+    {"NoTime", "sleep 1000", 0, timedOut, 0, 1.2},
+    {"Stubborn",
+     "trap '' TERM; (trap '' TERM; exec sleep 1000) & echo $! > children\n"
+     "while :; do sleep 0.1; done",
+     0.3,
+     timedOut,
+     1.3,
+     3},
+    {"Flood", "head -c 16777217 /dev/zero; sleep 1000", 60, tooTalkative, 0, 20},
+    {"FloodAtTheEnd", "truncate -s 268435457 /proc/self/fd/1", 60, tooTalkative, 0, 20},
+    {"LogRemoved", "rm .process-*", 60, ".log: No such file or directory", 0, 20},
+    {"LogReplaced", "set -- .process-*; rm $1; mkfifo $1", 60, ".log: Stale file handle", 0, 20},
+};
 
-class ToolchainFailureTest : public support::ToolchainFixture {};
+using ToolchainFailureTest = support::ToolchainFixture;
+
+TEST_F(ToolchainFailureTest, SaysWhyAndCleansUp) {
+  for (const auto& [label, script, timeout, message, leastSeconds, mostSeconds] : failureCases) {
+    SCOPED_TRACE(label);
+    // As the office suite, so that there is a socket folder to remove.
+    EngineRun order = engine("soffice", "echo $1 > sockets\n" + script);
+    order.timeout = timeout;
+    const support::StopWatch watch;
+    EXPECT_THAT(failureText([&] { return run(order); }), HasSubstr(message));
+    EXPECT_GE(watch.seconds(), leastSeconds);
+    EXPECT_LT(watch.seconds(), mostSeconds);
+
+    const std::string sockets = support::contentOf(workspace() / "sockets");
+    const std::size_t path = sockets.find('/');  // absent where the engine was stopped at once
+    EXPECT_FALSE(path != std::string::npos && fs::exists(sockets.substr(path, 16)));
+    for (const std::string& name : leftInWorkspace()) {
+      EXPECT_THAT(name, ::testing::Not(EndsWith(".log")));
+    }
+    std::istringstream processes(support::contentOf(workspace() / "children"));
+    for (std::string process; processes >> process;) {
+      EXPECT_FALSE(isAlive(process));
+    }
+  }
+}
 
 TEST_F(ToolchainFailureTest, NamesAMissingEngine) {
-  EXPECT_EQ(failureText([&] {
-              return run({"nothing", {}, workspace(), 1});
-            }),
+  const EngineRun order = {"nothing", {}, workspace(), 1};
+  EXPECT_EQ(failureText([&] { return run(order); }),
             "Install nothing to use this local operation, then reopen the file.");
   EXPECT_TRUE(leftInWorkspace().empty());
 }

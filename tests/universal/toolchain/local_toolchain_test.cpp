@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <sys/wait.h>
+#include <tuple>
 
 #include "tests/support/failure_text.h"
 #include "tests/universal/toolchain/toolchain_fixture.h"
@@ -20,16 +21,24 @@ using ::testing::StartsWith;
 
 class LocalToolchainTest : public support::ToolchainFixture {};
 
-TEST_F(LocalToolchainTest, ReturnsBothOutputsInTheOrderOfWriting) {
-  const EngineRun order = engine("talker", "echo one; echo two >&2; printf three");
-  EXPECT_EQ(run(order), "one\ntwo\nthree");
-  EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
-}
+const std::tuple<const char*, std::vector<std::string>, const char*> outputCases[] = {
+    {"echo one; echo two >&2; printf three", {}, "one\ntwo\nthree"},
+    {"printf '<%s>' \"$@\"",
+     {"", "a b", "$HOME", "\"'\\", "--", "line\nend"},
+     "<><a b><$HOME><\"'\\><--><line\nend>"},
+    // There is nothing to read, and no terminal.
+    {"cat; if tty; then :; fi; cat /dev/tty 2>/dev/null || echo none", {}, "not a tty\nnone\n"},
+    {"echo warned; exit 3", {}, "warned\n"},
+};
 
-TEST_F(LocalToolchainTest, PassesArgumentsUnchanged) {
-  EngineRun order = engine("talker", "printf '<%s>' \"$@\"");
-  order.arguments = {"", "a b", "$HOME", "\"'\\", "--", "line\nend"};
-  EXPECT_EQ(run(order), "<><a b><$HOME><\"'\\><--><line\nend>");
+TEST_F(LocalToolchainTest, ReturnsBothOutputsInTheOrderOfWriting) {
+  for (const auto& [script, arguments, expected] : outputCases) {
+    EngineRun order = engine("talker", script);
+    order.arguments = arguments;
+    order.accepted = {0, 3};
+    EXPECT_EQ(run(order), expected);
+    EXPECT_THAT(leftInWorkspace(), ElementsAre(".engine-tmp"));
+  }
 }
 
 TEST_F(LocalToolchainTest, KeepsTheLogAndTheScratchFolderToTheOwner) {
@@ -48,17 +57,6 @@ TEST_F(LocalToolchainTest, GivesTheCallersEnvironmentTheLastWord) {
   order.environment = {{"XDG_CACHE_HOME", "/mine"}};
   const std::string scratch = (workspace() / ".engine-tmp").string() + "\n";
   EXPECT_EQ(run(order), scratch + scratch + "/mine\ninherited\n");
-}
-
-TEST_F(LocalToolchainTest, GivesTheEngineNothingToReadAndNoTerminal) {
-  EXPECT_EQ(run(engine("reader", "cat; if tty; then :; fi; cat /dev/tty 2>/dev/null || echo none")),
-            "not a tty\nnone\n");
-}
-
-TEST_F(LocalToolchainTest, ReturnsTheLogOfAnAcceptedStatus) {
-  EngineRun order = engine("warner", "echo warned; exit 3");
-  order.accepted = {0, 3};
-  EXPECT_EQ(run(order), "warned\n");
 }
 
 TEST_F(LocalToolchainTest, AllowsExactlySixteenMebibytesOfOutput) {

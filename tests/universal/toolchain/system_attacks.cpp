@@ -31,17 +31,6 @@ namespace {
 
 using enum Unconfined;
 
-/// @param name a leading '@' stands for the zero byte of abstract names.
-std::pair<sockaddr_un, socklen_t> localAddress(const std::string& name) {
-  sockaddr_un address = {};
-  address.sun_family = AF_UNIX;
-  std::copy(name.begin(), name.end(), address.sun_path);
-  if (name.front() == '@') {
-    address.sun_path[0] = '\0';
-  }
-  return {address, static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size())};
-}
-
 bool connects(const std::string& name) {
   const auto [address, length] = localAddress(name);
   return ::connect(::socket(AF_UNIX, SOCK_STREAM, 0),

@@ -31,8 +31,7 @@ class ToolchainFixture : public ::testing::Test {
   }
 
   std::string run(const EngineRun& order) const {
-    const Bytes printed = toolchain_.run(order, token_);
-    return {printed.begin(), printed.end()};
+    return std::string(asText(toolchain_.run(order, token_)));
   }
 
   /// What is left of a run besides what the engine itself wrote.

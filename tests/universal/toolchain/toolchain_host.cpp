@@ -25,6 +25,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "tests/universal/toolchain/attack.h"
 #include "universal/toolchain/local_toolchain.h"
 
 namespace {
@@ -60,15 +61,9 @@ int runConfined(const Order& order, EngineRun run) {
 }
 
 int listenTo(const std::string& name, int type) {
-  sockaddr_un address = {};
-  address.sun_family = AF_UNIX;
-  std::copy(name.begin(), name.end(), address.sun_path);
-  if (name.front() == '@') {
-    address.sun_path[0] = '\0';
-  }
+  const auto [address, length] = attacks::localAddress(name);
   const int socket = ::socket(AF_UNIX, type | SOCK_CLOEXEC, 0);
-  const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
-  if (::bind(socket, reinterpret_cast<sockaddr*>(&address), length) != 0) {
+  if (::bind(socket, reinterpret_cast<const sockaddr*>(&address), length) != 0) {
     throw std::runtime_error("cannot bind " + name);
   }
   ::listen(socket, 1);
