@@ -85,7 +85,7 @@ TEST_F(X11Test, TapsSecondaryPressesInOtherApplications) {
 }
 
 TEST_F(X11Test, AKeyHasOneOwnerAndIsFreeAgainAfterwards) {
-  constexpr HotKey controlOptionX = {7, 4096 + 2048};
+  constexpr HotKey controlOptionX = {HotKey::keyX, HotKey::control + HotKey::option};
   constexpr int badAccess = 10;
   XHotKeys first(server_);
   const auto taken = first.registerKey(controlOptionX);
@@ -94,7 +94,7 @@ TEST_F(X11Test, AKeyHasOneOwnerAndIsFreeAgainAfterwards) {
     const support::Host host;  // holds another key
     xdotool("key ctrl+alt+c");
     EXPECT_TRUE(eventuallyActive("tolvane"));
-    const HotKey ofHost = {8, 4096 + 2048};
+    const HotKey ofHost = {HotKey::keyC, HotKey::control + HotKey::option};
     EXPECT_EQ(first.registerKey(ofHost).status, badAccess);
   }
   EXPECT_EQ(first.registerKey({99, 0}).status, XHotKeys::unknownKey);
