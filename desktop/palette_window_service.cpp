@@ -1,6 +1,5 @@
 #include "desktop/palette_window_service.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -116,15 +115,8 @@ void PaletteWindowService::updateMaterialMask() {
 
 Rectangle PaletteWindowService::visibleArea() const {
   const Point anchor = fileFrame_ ? fileFrame_->middle() : invocationPoint_;
-  const std::vector<Screen> screens = desktop_.screens.all();
-  const auto screen = std::find_if(screens.begin(), screens.end(), [anchor](const Screen& one) {
-    return one.frame.contains(anchor);
-  });
-  if (screen != screens.end()) {
-    return screen->visibleFrame;
-  }
-  const std::optional<Screen> main = desktop_.screens.main();
-  return main ? main->visibleFrame : Rectangle{0, 0, 1000, 800};
+  const std::optional<Screen> screen = desktop_.screens.holding(anchor);
+  return screen ? screen->visibleFrame : Rectangle{0, 0, 1000, 800};
 }
 
 Rectangle PaletteWindowService::frameWithin(const Rectangle& visible) const {
