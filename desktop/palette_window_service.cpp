@@ -110,7 +110,9 @@ void PaletteWindowService::updateMaterialMask() {
     backdropMask_ = Path();
     backdropMask_.addRoundedRectangle({0, 0, size.width, size.height}, cornerRadius);
   }
-  desktop_.content.setBackdropShape(backdropMask_);
+  desktop_.content.setBackdropShape(backdropMask_,
+                                    radialMode_ ? ContentView::FreeParts::letPointerThrough
+                                                : ContentView::FreeParts::takePointer);
 }
 
 Rectangle PaletteWindowService::visibleArea() const {
@@ -127,10 +129,24 @@ Rectangle PaletteWindowService::frameWithin(const Rectangle& visible) const {
                    invocationPoint_, visible, preferredHeight_, preferredWidth_, fileFrame_);
 }
 
-bool PaletteWindowService::containsInteractivePoint(Point point) const {
+bool PaletteWindowService::isOnBackdrop(Point point) const {
   const Rectangle frame = desktop_.panel.frame();
-  return frame.contains(point) &&
-         (!radialMode_ || backdropMask_.contains({point.x - frame.x, point.y - frame.y}));
+  return backdropMask_.contains({point.x - frame.x, point.y - frame.y});
+}
+
+bool PaletteWindowService::containsInteractivePoint(Point point) const {
+  return desktop_.panel.frame().contains(point) && (!radialMode_ || isOnBackdrop(point));
+}
+
+bool PaletteWindowService::isOnPalette(const PointerEvent& event) const {
+  if (event.target == PointerTarget::otherOwnWindow) {
+    return false;
+  }
+  // Where the screen cannot blend windows the round corners are cut off: a press there goes to the
+  // window below, which takes the focus, and Escape would not reach the palette any more.
+  const bool isCutOff =
+      event.target == PointerTarget::otherApplication && !isOnBackdrop(event.location);
+  return !isCutOff && containsInteractivePoint(event.location);
 }
 
 bool PaletteWindowService::isOpenToDismissal() const {
@@ -149,9 +165,7 @@ void PaletteWindowService::moved(const PointerEvent& event) {
 }
 
 void PaletteWindowService::pressed(const PointerEvent& event) {
-  const bool isOnPalette =
-      event.target != PointerTarget::otherOwnWindow && containsInteractivePoint(event.location);
-  if (isOpenToDismissal() && !isOnPalette) {
+  if (isOpenToDismissal() && !isOnPalette(event)) {
     orderOut();
   }
 }

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include <QKeyEvent>
-#include <QQuickItem>
 
 namespace tolvane {
 
@@ -13,15 +12,16 @@ ContentWindow::ContentWindow(const char* title, Qt::WindowFlags flags) {
 }
 
 void ContentWindow::setContent(QQuickItem& item) {
+  content_ = &item;
   item.setParentItem(contentItem());
   fitContent();
   item.forceActiveFocus();
 }
 
 void ContentWindow::fitContent() {
-  for (QQuickItem* item : contentItem()->childItems()) {
-    item->setPosition({0, 0});
-    item->setSize(size());
+  if (content_ != nullptr && content_->parentItem() == contentItem()) {
+    content_->setPosition({static_cast<double>(margin_), static_cast<double>(margin_)});
+    content_->setSize(size().shrunkBy({margin_, margin_, margin_, margin_}));
   }
 }
 
@@ -36,7 +36,8 @@ void ContentWindow::exposeEvent(QExposeEvent* event) {
 void ContentWindow::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   QQuickWindow::keyPressEvent(event);
-  if (!event->isAccepted() && event->key() == Qt::Key_Escape) {
+  // A key that is held down dismisses one window, and not the one that comes up instead as well.
+  if (!event->isAccepted() && event->key() == Qt::Key_Escape && !event->isAutoRepeat()) {
     event->accept();
     dismiss();
   }

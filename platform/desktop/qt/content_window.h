@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <QPointer>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 namespace tolvane {
@@ -18,9 +20,11 @@ class ContentWindow final : public QQuickWindow {
   /// @param exposed called whenever the window has come to the screen.
   void onExposed(std::function<void()> exposed) { exposed_ = std::move(exposed); }
 
-  /// Takes the item out of the window that it is in.
+  /// Takes the item out of the window that it is in. It is the window's focus.
   /// @param item not owned.
   void setContent(QQuickItem& item);
+  /// Leaves a margin around the content, in points; 0 at first.
+  void setMargin(int margin) { margin_ = margin; }
   /// Gives the content the size of the window at once, and not when the server confirms it.
   void fitContent();
 
@@ -35,6 +39,8 @@ class ContentWindow final : public QQuickWindow {
 
   std::function<void()> dismissed_;
   std::function<void()> exposed_;
+  QPointer<QQuickItem> content_;  // may have moved to another window
+  int margin_ = 0;
   bool wasExposed_ = false;
 };
 

@@ -149,9 +149,26 @@ std::string XServer::text(XWindow window, const char* name) const {
   return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
 }
 
-void XServer::setNumber(XWindow window, const char* name, std::uint32_t number) {
-  xcb_change_property(
-      connection_, XCB_PROP_MODE_REPLACE, window, atom(name), XCB_ATOM_CARDINAL, 32, 1, &number);
+bool XServer::hasProperty(XWindow window, const char* name) const {
+  const auto reply = answerOf(connection_, askProperty(connection_, window, atom(name)));
+  return reply && reply->type != XCB_ATOM_NONE;
+}
+
+void XServer::setNumbers(XWindow window,
+                         const char* name,
+                         const std::vector<std::uint32_t>& numbers) {
+  xcb_change_property(connection_,
+                      XCB_PROP_MODE_REPLACE,
+                      window,
+                      atom(name),
+                      XCB_ATOM_CARDINAL,
+                      32,
+                      static_cast<std::uint32_t>(numbers.size()),
+                      numbers.data());
+}
+
+void XServer::removeProperty(XWindow window, const char* name) {
+  xcb_delete_property(connection_, window, atom(name));
 }
 
 XWindow XServer::activeWindow() const {

@@ -40,7 +40,10 @@ class XServer {
       const std::vector<XWindow>& windows, const char* property) const;
   /// The bytes of a property of 8-bit format.
   [[nodiscard]] std::string text(XWindow window, const char* property) const;
-  void setNumber(XWindow window, const char* property, std::uint32_t number);
+  /// Whether there is such a property, of any format.
+  [[nodiscard]] bool hasProperty(XWindow window, const char* property) const;
+  void setNumbers(XWindow window, const char* property, const std::vector<std::uint32_t>& numbers);
+  void removeProperty(XWindow window, const char* property);
 
   [[nodiscard]] XWindow activeWindow() const;
   [[nodiscard]] bool exists(XWindow window) const;
@@ -50,8 +53,6 @@ class XServer {
   [[nodiscard]] std::optional<Size> size(XWindow window) const;
   /// The windows under the pointer that take it, each inside the one before; the root is the first.
   [[nodiscard]] std::vector<XWindow> windowsUnderPointer() const;
-  /// Whether a compositing manager blends windows, so that see-through parts are possible.
-  [[nodiscard]] bool isComposited() const { return hasOwner("_NET_WM_CM_S0"); }
   /// Whether a program plays the role that the selection stands for.
   [[nodiscard]] bool hasOwner(const char* selection) const;
 
