@@ -32,7 +32,7 @@ void BackdropItem::paint(QPainter* painter) {
   }
   if (blending_ != Blending::none) {
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
-    painter->drawImage(QPointF(), shadow_);
+    painter->drawImage(QRect({0, 0}, shadow_.size() * SoftShadow::reduction), shadow_);
     // No shadow under the ground itself, which may be see-through.
     painter->setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter->fillPath(shape_, Qt::black);

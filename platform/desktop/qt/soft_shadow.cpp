@@ -11,11 +11,10 @@ namespace tolvane {
 
 namespace {
 
-constexpr int reduction = 4;  // points a pixel
-constexpr int radius = 2;     // of the blur, in pixels
-constexpr int rounds = 3;     // as many averages in a row come close to a bell curve
-constexpr int drop = 6;       // points that the light comes from above
-static_assert(radius * rounds * reduction + drop <= SoftShadow::reach);
+constexpr int radius = 2;  // of the blur, in pixels
+constexpr int rounds = 3;  // as many averages in a row come close to a bell curve
+constexpr int drop = 6;    // points that the light comes from above
+static_assert(radius * rounds * SoftShadow::reduction + drop <= SoftShadow::reach);
 
 /// Replaces each pixel of a row, or column, by the mean of its neighbours and itself.
 /// @param step from one pixel to the next.
@@ -52,18 +51,17 @@ void blur(QImage& image) {
 
 QImage SoftShadow::of(const QPainterPath& shape, QSize size) {
   constexpr int darkness = 110;  // of 255, under the middle of a large shape
-  QImage image((size.width() + reduction - 1) / reduction,
-               (size.height() + reduction - 1) / reduction,
+  QImage image((size.width() + SoftShadow::reduction - 1) / SoftShadow::reduction,
+               (size.height() + SoftShadow::reduction - 1) / SoftShadow::reduction,
                QImage::Format_Alpha8);
   image.fill(Qt::transparent);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.scale(1.0 / reduction, 1.0 / reduction);
+  painter.scale(1.0 / SoftShadow::reduction, 1.0 / SoftShadow::reduction);
   painter.translate(0, drop);
   painter.fillPath(shape, QColor(0, 0, 0, darkness));
   painter.end();
   blur(image);
-  image.setDevicePixelRatio(1.0 / reduction);
   return image;
 }
 
