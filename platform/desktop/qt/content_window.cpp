@@ -36,11 +36,21 @@ void ContentWindow::exposeEvent(QExposeEvent* event) {
 void ContentWindow::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   QQuickWindow::keyPressEvent(event);
-  // A key that is held down dismisses one window, and not the one that comes up instead as well.
-  if (!event->isAccepted() && event->key() == Qt::Key_Escape && !event->isAutoRepeat()) {
+  if (!event->isAccepted() && event->key() == Qt::Key_Escape && !isRepetition(*event)) {
     event->accept();
     dismiss();
   }
+}
+
+void ContentWindow::keyReleaseEvent(QKeyEvent* event) {
+  QQuickWindow::keyReleaseEvent(event);
+  lastRelease_ = event->timestamp();
+}
+
+bool ContentWindow::isRepetition(const QKeyEvent& press) const {
+  // A key that repeats itself is released and pressed at the same time. Qt's own mark is missing
+  // when it reads the release before the press has come.
+  return press.isAutoRepeat() || press.timestamp() == lastRelease_;
 }
 
 void ContentWindow::resizeEvent(QResizeEvent* event) {

@@ -31,16 +31,20 @@ class ContentWindow final : public QQuickWindow {
  protected:
   void exposeEvent(QExposeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
   void dismiss();
+  /// A key that is held down dismisses one window, and not the one that comes up instead as well.
+  [[nodiscard]] bool isRepetition(const QKeyEvent& press) const;
 
   std::function<void()> dismissed_;
   std::function<void()> exposed_;
   QPointer<QQuickItem> content_;  // may have moved to another window
   int margin_ = 0;
+  quint64 lastRelease_ = 0;  // the server's time
   bool wasExposed_ = false;
 };
 
