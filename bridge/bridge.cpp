@@ -5,6 +5,7 @@
 
 #include "bridge/result_messages.h"
 #include "engine/primitives/conversion_failure.h"
+#include "platform/threads/while_alive.h"
 
 namespace tolvane {
 
@@ -44,21 +45,15 @@ Bridge::Bridge(BinaryMessenger& messenger,
 }
 
 void Bridge::followDesktop() {
-  const auto whileAlive = [alive = std::weak_ptr(methods_)](auto handler) {
-    return [alive, handler = std::move(handler)](auto... arguments) {
-      if (!alive.expired()) {
-        handler(std::move(arguments)...);
-      }
-    };
-  };
-  services_.shortcut->onTrigger(whileAlive([this] { open(Intake::finderSelection); }));
-  services_.gesture->onTrigger(whileAlive([this] {
+  services_.shortcut->onTrigger(whileAlive(methods_, [this] { open(Intake::finderSelection); }));
+  services_.gesture->onTrigger(whileAlive(methods_, [this] {
     open(Intake::nothing,
          "The clicked file cannot be verified safely. Drop or choose the file to confirm it.");
   }));
   services_.palette->onFiles(
-      whileAlive([this](Palette::Files files) { select(std::move(files)); }));
-  services_.palette->onSettingsDismissed(whileAlive([this] { send("settingsClosed", {}); }));
+      whileAlive(methods_, [this](Palette::Files files) { select(std::move(files)); }));
+  services_.palette->onSettingsDismissed(
+      whileAlive(methods_, [this] { send("settingsClosed", {}); }));
 }
 
 Bridge::~Bridge() {

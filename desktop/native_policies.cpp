@@ -47,6 +47,12 @@ Point cornerBesideFile(const Rectangle& file, const Rectangle& area, Size size) 
   return {file.midX() - size.width / 2, below < area.minY() ? file.maxY() + fileGap : below};
 }
 
+// The look of the wheel, which the interface draws on. Lengths in points, angles in radians.
+constexpr double wheelMargin = 14;   // around the ring
+constexpr double innerPart = 0.218;  // of the view's shorter side: the ring's inner radius
+constexpr double wedgeGap = 0.035;   // between two wedges
+constexpr double wedgeCorner = 10;   // radius
+
 /// A ring that is cut into wedges. Angles in radians, lengths in points.
 struct Wheel {
   Point centre;
@@ -58,31 +64,29 @@ struct Wheel {
   }
 
   void addWedge(Path& path, double start, double end) const {
-    constexpr double corner = 10;
-    const double outerCorner = corner / outer;
-    const double innerCorner = corner / inner;
+    const double outerCorner = wedgeCorner / outer;
+    const double innerCorner = wedgeCorner / inner;
     path.moveTo(at(outer, start + outerCorner));
     path.arc(centre, outer, start + outerCorner, end - outerCorner, Path::Turn::counterClockwise);
-    path.quadraticTo(at(outer - corner, end), at(outer, end));
-    path.lineTo(at(inner + corner, end));
+    path.quadraticTo(at(outer - wedgeCorner, end), at(outer, end));
+    path.lineTo(at(inner + wedgeCorner, end));
     path.quadraticTo(at(inner, end - innerCorner), at(inner, end));
     path.arc(centre, inner, end - innerCorner, start + innerCorner, Path::Turn::clockwise);
-    path.quadraticTo(at(inner + corner, start), at(inner, start));
-    path.lineTo(at(outer - corner, start));
+    path.quadraticTo(at(inner + wedgeCorner, start), at(inner, start));
+    path.lineTo(at(outer - wedgeCorner, start));
     path.quadraticTo(at(outer, start + outerCorner), at(outer, start));
     path.close();
   }
 
   void addWedges(Path& path, std::int64_t count) const {
-    constexpr double gap = 0.035;  // between two wedges
     const double step = 2 * std::numbers::pi / static_cast<double>(count);
-    if (step <= gap || outer <= 0) {
+    if (step <= wedgeGap || outer <= 0) {
       return;
     }
     const double first = -std::numbers::pi / 2 - step / 2;
     for (std::int64_t wedge = 0; wedge < count; ++wedge) {
-      const double start = first + static_cast<double>(wedge) * step + gap / 2;
-      addWedge(path, start, start + step - gap);
+      const double start = first + static_cast<double>(wedge) * step + wedgeGap / 2;
+      addWedge(path, start, start + step - wedgeGap);
     }
   }
 
@@ -133,7 +137,7 @@ Path NativePolicies::wheelMaterialPath(Size size, std::int64_t count) {
     return path;
   }
   const double side = smaller(size.width, size.height);
-  const Wheel wheel{{size.width / 2, size.height / 2}, side / 2 - 14, side * 0.218};
+  const Wheel wheel{{size.width / 2, size.height / 2}, side / 2 - wheelMargin, side * innerPart};
   wheel.addWedges(path, count);
   wheel.addControls(path);
   return path.flipped(size.height);

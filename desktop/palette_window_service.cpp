@@ -1,6 +1,5 @@
 #include "desktop/palette_window_service.h"
 
-#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -111,20 +110,15 @@ void PaletteWindowService::updateMaterialMask() {
     backdropMask_ = Path();
     backdropMask_.addRoundedRectangle({0, 0, size.width, size.height}, cornerRadius);
   }
-  desktop_.content.setBackdropShape(backdropMask_);
+  desktop_.content.setBackdropShape(backdropMask_,
+                                    radialMode_ ? ContentView::FreeParts::letPointerThrough
+                                                : ContentView::FreeParts::takePointer);
 }
 
 Rectangle PaletteWindowService::visibleArea() const {
   const Point anchor = fileFrame_ ? fileFrame_->middle() : invocationPoint_;
-  const std::vector<Screen> screens = desktop_.screens.all();
-  const auto screen = std::find_if(screens.begin(), screens.end(), [anchor](const Screen& one) {
-    return one.frame.contains(anchor);
-  });
-  if (screen != screens.end()) {
-    return screen->visibleFrame;
-  }
-  const std::optional<Screen> main = desktop_.screens.main();
-  return main ? main->visibleFrame : Rectangle{0, 0, 1000, 800};
+  const std::optional<Screen> screen = desktop_.screens.holding(anchor);
+  return screen ? screen->visibleFrame : Rectangle{0, 0, 1000, 800};
 }
 
 Rectangle PaletteWindowService::frameWithin(const Rectangle& visible) const {
@@ -135,10 +129,24 @@ Rectangle PaletteWindowService::frameWithin(const Rectangle& visible) const {
                    invocationPoint_, visible, preferredHeight_, preferredWidth_, fileFrame_);
 }
 
-bool PaletteWindowService::containsInteractivePoint(Point point) const {
+bool PaletteWindowService::isOnBackdrop(Point point) const {
   const Rectangle frame = desktop_.panel.frame();
-  return frame.contains(point) &&
-         (!radialMode_ || backdropMask_.contains({point.x - frame.x, point.y - frame.y}));
+  return backdropMask_.contains({point.x - frame.x, point.y - frame.y});
+}
+
+bool PaletteWindowService::containsInteractivePoint(Point point) const {
+  return desktop_.panel.frame().contains(point) && (!radialMode_ || isOnBackdrop(point));
+}
+
+bool PaletteWindowService::isOnPalette(const PointerEvent& event) const {
+  if (event.target == PointerTarget::otherOwnWindow) {
+    return false;
+  }
+  // Where the screen cannot blend windows the round corners are cut off: a press there goes to the
+  // window below, which takes the focus, and Escape would not reach the palette any more.
+  const bool isCutOff =
+      event.target == PointerTarget::otherApplication && !isOnBackdrop(event.location);
+  return !isCutOff && containsInteractivePoint(event.location);
 }
 
 bool PaletteWindowService::isOpenToDismissal() const {
@@ -157,9 +165,7 @@ void PaletteWindowService::moved(const PointerEvent& event) {
 }
 
 void PaletteWindowService::pressed(const PointerEvent& event) {
-  const bool isOnPalette =
-      event.target != PointerTarget::otherOwnWindow && containsInteractivePoint(event.location);
-  if (isOpenToDismissal() && !isOnPalette) {
+  if (isOpenToDismissal() && !isOnPalette(event)) {
     orderOut();
   }
 }

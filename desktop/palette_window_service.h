@@ -61,7 +61,9 @@ class PaletteWindowService final : public Palette {
   void settingsDismissed();
   [[nodiscard]] Rectangle visibleArea() const;
   [[nodiscard]] Rectangle frameWithin(const Rectangle& visible) const;
+  [[nodiscard]] bool isOnBackdrop(Point point) const;
   [[nodiscard]] bool containsInteractivePoint(Point point) const;
+  [[nodiscard]] bool isOnPalette(const PointerEvent& event) const;
   [[nodiscard]] bool isOpenToDismissal() const;
 
   Surroundings desktop_;

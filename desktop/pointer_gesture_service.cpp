@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktop/native_policies.h"
+#include "platform/threads/while_alive.h"
 
 namespace tolvane {
 
@@ -24,7 +25,8 @@ bool PointerGestureService::setEnabled(bool on) {
     return true;
   }
   if (!desktop_.permissions.canListenToInput() && !desktop_.permissions.requestInputListening()) {
-    return stayOff(GestureStatus::permissionMissing);
+    stayOff(GestureStatus::permissionMissing);
+    return false;
   }
   return start();
 }
@@ -33,7 +35,8 @@ bool PointerGestureService::start() {
   constexpr std::uint64_t secondaryPresses = 1U << TapEvent::secondaryMouseDown;
   tap_ = desktop_.taps.create(secondaryPresses, [this](const TapEvent& event) { received(event); });
   if (tap_ == nullptr) {
-    return stayOff(GestureStatus::unavailable);
+    stayOff(GestureStatus::unavailable);
+    return false;
   }
   tap_->enable();
   enabled_ = true;
@@ -41,10 +44,9 @@ bool PointerGestureService::start() {
   return true;
 }
 
-bool PointerGestureService::stayOff(const char* status) {
+void PointerGestureService::stayOff(const char* status) {
   enabled_ = false;
   status_ = status;
-  return false;
 }
 
 void PointerGestureService::wake() {
@@ -68,11 +70,11 @@ void PointerGestureService::received(const TapEvent& event) {
 }
 
 void PointerGestureService::scheduleTrigger() {
-  desktop_.main.post([trigger = std::weak_ptr(onTrigger_)] {
-    if (const auto present = trigger.lock(); present && *present) {
-      (*present)();
+  desktop_.main.post(whileAlive(onTrigger_, [this] {
+    if (*onTrigger_) {
+      (*onTrigger_)();
     }
-  });
+  }));
 }
 
 }  // namespace tolvane

@@ -53,7 +53,7 @@ class PointerGestureService final : public Gesture {
  private:
   void wake();
   bool start();
-  bool stayOff(const char* status);
+  void stayOff(const char* status);
   void received(const TapEvent& event);
   void scheduleTrigger();
 

@@ -11,18 +11,26 @@ namespace tolvane {
 namespace {
 
 constexpr const char* storedKey = "shortcutKey";
+constexpr const char* firstLetter = "C";  // while none is stored
 
 /// The letters offered, with their virtual key codes.
 const std::map<std::string, std::uint32_t>& keys() {
-  static const std::map<std::string, std::uint32_t> codes = {
-      {"C", 8}, {"X", 7}, {"V", 9}, {"F", 3}, {"K", 40}};
+  static const std::map<std::string, std::uint32_t> codes = {{"C", HotKey::keyC},
+                                                             {"X", HotKey::keyX},
+                                                             {"V", HotKey::keyV},
+                                                             {"F", HotKey::keyF},
+                                                             {"K", HotKey::keyK}};
   return codes;
+}
+
+std::string spelled(const std::string& letter) {
+  return "Control–Option–" + letter;
 }
 
 }  // namespace
 
 ShortcutService::ShortcutService(HotKeys& hotKeys, UserDefaults& defaults)
-    : hotKeys_(hotKeys), defaults_(defaults), key_(defaults.text(storedKey).value_or("C")) {
+    : hotKeys_(hotKeys), defaults_(defaults), key_(defaults.text(storedKey).value_or(firstLetter)) {
   hotKeys_.onPressed([this] {
     if (onTrigger_) {
       onTrigger_();
@@ -38,7 +46,6 @@ ShortcutService::~ShortcutService() {
 }
 
 bool ShortcutService::registerKey(const std::optional<std::string>& key) {
-  constexpr std::uint32_t controlAndOption = 4096 + 2048;
   const std::string letter = key.value_or(key_);
   const auto code = keys().find(letter);
   if (code == keys().end()) {
@@ -47,12 +54,12 @@ bool ShortcutService::registerKey(const std::optional<std::string>& key) {
   if (letter == key_ && hotKey_) {
     return true;
   }
-  const auto [status, reference] = hotKeys_.registerKey({code->second, controlAndOption});
+  const auto [status, reference] =
+      hotKeys_.registerKey({code->second, HotKey::control + HotKey::option});
   if (status != 0) {
-    status_ = fmt::format(
-        "Control–Option–{} unavailable ({}). Choose another shortcut; the menu bar still works.",
-        letter,
-        status);
+    status_ = fmt::format("{} unavailable ({}). Choose another shortcut; the menu bar still works.",
+                          spelled(letter),
+                          status);
     return false;
   }
   if (hotKey_) {
@@ -61,7 +68,7 @@ bool ShortcutService::registerKey(const std::optional<std::string>& key) {
   hotKey_ = reference;
   key_ = letter;
   defaults_.setText(storedKey, letter);
-  status_ = fmt::format("Control–Option–{} registered", letter);
+  status_ = fmt::format("{} registered", spelled(letter));
   return true;
 }
 

@@ -16,8 +16,14 @@ Item {
     signal openSettings()
     signal close()
 
-    readonly property real outer: Math.min(width, height) / 2 - 14
-    readonly property real inner: Math.min(width, height) * 0.218
+    // Named as in the host's policies.
+    readonly property real wheelMargin: 14
+    readonly property real innerPart: 0.218
+    readonly property real wedgeGap: 0.035
+    readonly property real wedgeCorner: 10
+
+    readonly property real outer: Math.min(width, height) / 2 - wheelMargin
+    readonly property real inner: Math.min(width, height) * innerPart
     readonly property real step: entries.length > 0 ? 2 * Math.PI / entries.length : 0
     property int current: -1
 
@@ -41,19 +47,19 @@ Item {
     function wedgePath(index) {
         if (index < 0 || entries.length === 0)
             return ""
-        var start = -Math.PI / 2 - step / 2 + index * step + 0.0175
-        var end = start + step - 0.035
-        var outside = 10 / outer, inside = 10 / inner
+        var start = -Math.PI / 2 - step / 2 + index * step + wedgeGap / 2
+        var end = start + step - wedgeGap
+        var outside = wedgeCorner / outer, inside = wedgeCorner / inner
         var largeOuter = end - start - 2 * outside > Math.PI ? 1 : 0
         var largeInner = end - start - 2 * inside > Math.PI ? 1 : 0
         return "M" + spot(outer, start + outside)
              + " A" + outer + "," + outer + " 0 " + largeOuter + " 1 " + spot(outer, end - outside)
-             + " Q" + spot(outer, end) + " " + spot(outer - 10, end)
-             + " L" + spot(inner + 10, end)
+             + " Q" + spot(outer, end) + " " + spot(outer - wedgeCorner, end)
+             + " L" + spot(inner + wedgeCorner, end)
              + " Q" + spot(inner, end) + " " + spot(inner, end - inside)
              + " A" + inner + "," + inner + " 0 " + largeInner + " 0 " + spot(inner, start + inside)
-             + " Q" + spot(inner, start) + " " + spot(inner + 10, start)
-             + " L" + spot(outer - 10, start)
+             + " Q" + spot(inner, start) + " " + spot(inner + wedgeCorner, start)
+             + " L" + spot(outer - wedgeCorner, start)
              + " Q" + spot(outer, start) + " " + spot(outer, start + outside) + " Z"
     }
 

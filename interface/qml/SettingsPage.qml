@@ -5,6 +5,8 @@ Page {
 
     property var settings: ({permissions: {}})
     property string problem
+    readonly property var letters: ["C", "X", "V", "F", "K"]  // those that the host takes
+    readonly property string modifiers: "Control–Option"
     signal shortcutChosen(string letter)
     signal gestureToggled(bool on)
     signal loginToggled(bool on)
@@ -29,15 +31,15 @@ Page {
 
     Note { text: page.problem; color: page.theme.caution }
 
-    Heading { text: "Shortcut: Control–Option and a letter" }
+    Heading { text: "Shortcut: " + page.modifiers + " and a letter" }
     Row {
         spacing: 8
         Repeater {
-            model: ["C", "X", "V", "F", "K"]
+            model: page.letters
             PushButton {
                 theme: page.theme
                 text: modelData
-                name: "Control–Option–" + modelData
+                name: page.modifiers + "–" + modelData
                 isDefault: page.settings.shortcutKey === modelData
                 onClicked: page.shortcutChosen(modelData)
             }

@@ -10,6 +10,9 @@ namespace tolvane {
 class ContentView {
  public:
   enum class Window { palettePanel, settingsWindow };
+  /// What becomes of the pointer where the panel has no backdrop, as far as the screen can blend
+  /// windows; where it cannot, the panel is cut there, and the pointer always goes through.
+  enum class FreeParts { takePointer, letPointerThrough };
 
   ContentView() = default;
   virtual ~ContentView() = default;
@@ -20,9 +23,10 @@ class ContentView {
   virtual void moveTo(Window window) = 0;
   /// Of the window that holds it, as it was last set: not as the screen may still show it.
   [[nodiscard]] virtual Size size() const = 0;
-  /// Cuts the backdrop, and the panel's shadow, to a shape.
+  /// Cuts the panel's backdrop, and its shadow, to a shape. The settings window has a ground of its
+  /// own, which is not cut.
   /// @param shape in the view's own coordinates: origin bottom-left, y up.
-  virtual void setBackdropShape(const Path& shape) = 0;
+  virtual void setBackdropShape(const Path& shape, FreeParts freeParts) = 0;
 };
 
 }  // namespace tolvane

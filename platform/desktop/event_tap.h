@@ -18,7 +18,8 @@ struct TapEvent {
 };
 
 /// Listens passively to the events of the whole session, until destroyed: events are neither held
-/// up nor changed. Main thread only.
+/// up nor changed. Presses are told when they go to the application in front; those that bring
+/// another one to the front are not. Main thread only.
 class EventTap {
  public:
   EventTap() = default;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+
 /// Screen geometry in points. Unless a header says otherwise the origin is the bottom-left corner
 /// of the primary screen and y grows upwards. Adapters of systems that count from the top-left
 /// corner flip in one place of their own.
@@ -42,9 +44,12 @@ struct Rectangle {
     return minX() < other.maxX() && other.minX() < maxX() && minY() < other.maxY() &&
            other.minY() < maxY();
   }
-  /// May turn out with a negative size.
+  /// A side with less room than the two margins becomes 0.
   [[nodiscard]] Rectangle insetBy(double margin) const {
-    return {x + margin, y + margin, width - 2 * margin, height - 2 * margin};
+    return {x + margin,
+            y + margin,
+            std::max(0.0, width - 2 * margin),
+            std::max(0.0, height - 2 * margin)};
   }
 
   friend bool operator==(const Rectangle&, const Rectangle&) = default;

@@ -7,8 +7,18 @@ namespace tolvane {
 
 /// A key by its place on an ANSI keyboard, with modifiers.
 struct HotKey {
-  std::uint32_t virtualKeyCode = 0;  ///< C 8, X 7, V 9, F 3, K 40; found by place under any layout
-  std::uint32_t modifiers = 0;       ///< 4096 control, 2048 option (the Alt key), added up
+  // Virtual key codes: each stands for the place of its letter, whatever the layout has there.
+  static constexpr std::uint32_t keyF = 3;
+  static constexpr std::uint32_t keyX = 7;
+  static constexpr std::uint32_t keyC = 8;
+  static constexpr std::uint32_t keyV = 9;
+  static constexpr std::uint32_t keyK = 40;
+  // Modifiers; several are added up.
+  static constexpr std::uint32_t option = 2048;  ///< the Alt key
+  static constexpr std::uint32_t control = 4096;
+
+  std::uint32_t virtualKeyCode = 0;
+  std::uint32_t modifiers = 0;
 
   friend bool operator==(const HotKey&, const HotKey&) = default;
 };

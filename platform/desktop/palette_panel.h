@@ -10,9 +10,9 @@ namespace tolvane {
 enum class MouseEvents { accepted, ignored };
 
 /// The palette's window: borderless, floating above all others on every workspace and over
-/// full-screen windows, see-through where nothing is drawn, with a shadow that follows its content;
-/// it does not hide when another application becomes active and cannot be dragged by its
-/// background. Main thread only.
+/// full-screen windows, see-through where nothing is drawn, and with a shadow that follows its
+/// backdrop, as far as the screen can blend windows; it does not hide when another application
+/// becomes active and cannot be dragged by its background. Main thread only.
 class PalettePanel {
  public:
   static constexpr const char* title = "tolvane";

@@ -15,14 +15,33 @@ constexpr double fullTurn = 2 * std::numbers::pi;
 struct Flip {
   double height;
 
-  [[nodiscard]] Point operator()(Point point) const { return {point.x, height - point.y}; }
-  Path::Segment operator()(const Path::Move& move) const { return Path::Move{(*this)(move.to)}; }
-  Path::Segment operator()(const Path::Line& line) const { return Path::Line{(*this)(line.to)}; }
+  [[nodiscard]] Point point(Point old) const { return {old.x, height - old.y}; }
+  [[nodiscard]] static double angle(double old) { return -old; }
+};
+
+struct Shift {
+  Point distance;
+
+  [[nodiscard]] Point point(Point old) const { return {old.x + distance.x, old.y + distance.y}; }
+  [[nodiscard]] static double angle(double old) { return old; }
+};
+
+template <typename Change>
+struct Changed {
+  const Change& change;
+
+  Path::Segment operator()(const Path::Move& move) const {
+    return Path::Move{change.point(move.to)};
+  }
+  Path::Segment operator()(const Path::Line& line) const {
+    return Path::Line{change.point(line.to)};
+  }
   Path::Segment operator()(const Path::Quadratic& curve) const {
-    return Path::Quadratic{(*this)(curve.control), (*this)(curve.to)};
+    return Path::Quadratic{change.point(curve.control), change.point(curve.to)};
   }
   Path::Segment operator()(const Path::Arc& arc) const {
-    return Path::Arc{(*this)(arc.centre), arc.radius, -arc.start, -arc.sweep};
+    return Path::Arc{
+        change.point(arc.centre), arc.radius, Change::angle(arc.start), Change::angle(arc.sweep)};
   }
 };
 
@@ -89,15 +108,23 @@ bool Path::contains(Point point) const {
   return PathSegments::windings(segments_, point) != 0;
 }
 
-Path Path::flipped(double height) const {
-  const Flip flip{height};
-  Path mirrored;
-  mirrored.start_ = flip(start_);
-  mirrored.segments_.reserve(segments_.size());
+template <typename Change>
+Path Path::changedBy(const Change& change) const {
+  Path changed;
+  changed.start_ = change.point(start_);
+  changed.segments_.reserve(segments_.size());
   for (const Segment& segment : segments_) {
-    mirrored.segments_.push_back(std::visit(flip, segment));
+    changed.segments_.push_back(std::visit(Changed<Change>{change}, segment));
   }
-  return mirrored;
+  return changed;
+}
+
+Path Path::flipped(double height) const {
+  return changedBy(Flip{height});
+}
+
+Path Path::movedBy(Point distance) const {
+  return changedBy(Shift{distance});
 }
 
 std::vector<Path::Polygon> Path::polygons(double tolerance) const {

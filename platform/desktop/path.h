@@ -36,6 +36,9 @@ class Path {
   /// Mirrored by (x, y) -> (x, height - y): from y up to y down within `height`, and back.
   [[nodiscard]] Path flipped(double height) const;
 
+  /// Moved by that much along both axes.
+  [[nodiscard]] Path movedBy(Point distance) const;
+
   using Polygon = std::vector<Point>;
   /// One closed polygon a subpath, its first point not repeated; to be filled together, by the
   /// non-zero winding rule.
@@ -64,6 +67,9 @@ class Path {
   using Segment = std::variant<Move, Line, Quadratic, Arc>;
 
  private:
+  template <typename Change>
+  [[nodiscard]] Path changedBy(const Change& change) const;
+
   std::vector<Segment> segments_;
   Point start_;  // of the current subpath
 };

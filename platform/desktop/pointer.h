@@ -28,7 +28,7 @@ class Pointer {
 
   /// Tells of every press of the left or right button and of every move, in this application and
   /// in others. The events go on to where they went. While the palette is not visible, events may
-  /// be left out.
+  /// be left out; so may moves where the panel itself lets events through.
   virtual void startMonitoring(Handler pressed, Handler moved) = 0;
   /// Neither handler is called any more.
   virtual void stopMonitoring() = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <vector>
 
@@ -27,6 +28,15 @@ class Screens {
   /// The one that has the keyboard focus; the primary one when that is not known; none without
   /// screens.
   [[nodiscard]] virtual std::optional<Screen> main() const = 0;
+
+  /// The first one whose frame holds the point, else main().
+  [[nodiscard]] std::optional<Screen> holding(Point point) const {
+    const std::vector<Screen> screens = all();
+    const auto found = std::find_if(screens.begin(), screens.end(), [point](const Screen& screen) {
+      return screen.frame.contains(point);
+    });
+    return found != screens.end() ? *found : main();
+  }
 };
 
 }  // namespace tolvane

@@ -6,8 +6,8 @@
 
 namespace tolvane {
 
-/// The window that shows the settings: titled, closable, its content reaching below a transparent
-/// title bar. Main thread only.
+/// The window that shows the settings: titled, closable and not resizable, its content reaching
+/// below a transparent title bar. Main thread only.
 class SettingsWindow {
  public:
   static constexpr const char* title = "tolvane Settings";

@@ -120,6 +120,9 @@ TEST_P(PaletteStageTest, ResizesAndReshapesAPaletteThatIsUp) {
   const Rectangle frame = panel_.frame();
   EXPECT_EQ((Size{frame.width, frame.height}), size);
   EXPECT_EQ(content_.shape.contains({size.width / 2, size.height / 2}), !isWheel);
+  EXPECT_EQ(
+      content_.freeParts,
+      isWheel ? ContentView::FreeParts::letPointerThrough : ContentView::FreeParts::takePointer);
   EXPECT_FALSE(content_.shape.contains({1, 1}));  // the corner is round in either case
 
   palette_->present({"editor", false, 0});
@@ -178,6 +181,9 @@ INSTANTIATE_TEST_SUITE_P(
         PressCase{"beside the wheel", true, onCorner, PointerTarget::otherApplication, true},
         PressCase{"own window", true, onWedge, PointerTarget::otherOwnWindow, true},
         PressCase{"corner", false, {514.5, 62.5}, PointerTarget::palettePanel, false},
+        PressCase{"cut corner", false, {514.5, 62.5}, PointerTarget::otherApplication, true},
+        PressCase{
+            "below another window", false, {600, 100}, PointerTarget::otherApplication, false},
         PressCase{"right edge", false, {894, 100}, PointerTarget::otherApplication, true}));
 
 TEST_F(PaletteWindowTest, LetsClicksThroughWhereTheWheelHasNothing) {

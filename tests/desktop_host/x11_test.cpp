@@ -1,8 +1,11 @@
 #include <algorithm>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include <QGuiApplication>
+#include <QScreen>
+#include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,6 +13,7 @@
 #include "platform/desktop/x11/x_event_taps.h"
 #include "platform/desktop/x11/x_front_application.h"
 #include "platform/desktop/x11/x_hot_keys.h"
+#include "platform/desktop/x11/x_pointer.h"
 #include "platform/desktop/x11/x_screens.h"
 #include "platform/desktop/x11/x_server.h"
 #include "tests/desktop_host/session.h"
@@ -18,11 +22,14 @@
 namespace tolvane {
 namespace {
 
+using support::activeWindow;
 using support::eventually;
 using support::eventuallyActive;
+using support::output;
 using support::Program;
 using support::xdotool;
 using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
 
 /// The adapters themselves, on a connection of the test's own.
 class X11Test : public support::SessionTest {
@@ -84,8 +91,48 @@ TEST_F(X11Test, TapsSecondaryPressesInOtherApplications) {
   EXPECT_THAT(flags, ElementsAre(TapEvent::shift));
 }
 
+TEST_F(X11Test, APressInTheFileManagerIsOneInItsWindowsWhileItIsInFront) {
+  RawInput input(server_);
+  XEventTaps taps(server_, input);
+  const XFrontApplication front(server_);
+  int presses = 0;
+  const auto tap = taps.create(1U << TapEvent::secondaryMouseDown, [&](const TapEvent&) {
+    const auto application = front.current();
+    presses += application && application->bundleIdentifier == fileManagerBundle ? 1 : 0;
+  });
+  tap->enable();
+  int told = 0;  // after the tap
+  const auto listener = input.listen([&told](std::uint32_t) { ++told; });
+  static_cast<void>(server_.exists(server_.root()));
+  const auto pressOn = [&told](const std::string& place, const char* title) {
+    told = 0;
+    xdotool("mousemove " + place);
+    // Beside the loop: a press is told before the window manager changes the active window.
+    Program press({"xdotool", "click", "3"});
+    EXPECT_TRUE(eventuallyInLoop([&] { return told == 1 && activeWindow() == title; }));
+    EXPECT_EQ(press.wait(), EXIT_SUCCESS);
+  };
+  const Program files({"xterm", "-class", "Thunar", "-geometry", "40x10+50+50", "-T", "files"});
+  ASSERT_TRUE(eventuallyActive("files"));
+  pressOn("1000 700", "other");
+  EXPECT_EQ(presses, 0);
+  output("xdotool search --name '^files$' windowactivate --sync");
+  pressOn("100 100", "files");
+  EXPECT_EQ(presses, 1);
+  // The file manager's desktop is of the same application, whatever class its window has.
+  const Program desktop(
+      {"xterm", "-class", "Xfdesktop", "-geometry", "40x10+600+50", "-T", "desk"});
+  ASSERT_TRUE(eventuallyActive("desk"));
+  // Again where the window manager was just between two active windows.
+  for (int attempt = 0; presses < 2 && attempt < 5; ++attempt) {
+    pressOn("100 100", "files");
+    pressOn("700 100", "desk");
+  }
+  EXPECT_GE(presses, 2);
+}
+
 TEST_F(X11Test, AKeyHasOneOwnerAndIsFreeAgainAfterwards) {
-  constexpr HotKey controlOptionX = {7, 4096 + 2048};
+  constexpr HotKey controlOptionX = {HotKey::keyX, HotKey::control + HotKey::option};
   constexpr int badAccess = 10;
   XHotKeys first(server_);
   const auto taken = first.registerKey(controlOptionX);
@@ -94,7 +141,7 @@ TEST_F(X11Test, AKeyHasOneOwnerAndIsFreeAgainAfterwards) {
     const support::Host host;  // holds another key
     xdotool("key ctrl+alt+c");
     EXPECT_TRUE(eventuallyActive("tolvane"));
-    const HotKey ofHost = {8, 4096 + 2048};
+    const HotKey ofHost = {HotKey::keyC, HotKey::control + HotKey::option};
     EXPECT_EQ(first.registerKey(ofHost).status, badAccess);
   }
   EXPECT_EQ(first.registerKey({99, 0}).status, XHotKeys::unknownKey);
@@ -112,6 +159,64 @@ TEST_F(X11Test, CountsScreensFromTheBottomLeft) {
   ASSERT_EQ(screens.size(), 1U);
   EXPECT_EQ(screens.front().frame, (Rectangle{0, 0, 1600, 1000}));
   EXPECT_EQ(XScreens(server_).main(), screens.front());
+}
+
+/// Two screens, one above the other, of 1600 by 500.
+class TwoScreensTest : public X11Test {
+ protected:
+  void SetUp() override {
+    X11Test::SetUp();
+    output(
+        "xrandr --setmonitor upper 1600/400x500/125+0+0 screen; "
+        "xrandr --setmonitor lower 1600/400x500/125+0+500 none");
+    ASSERT_TRUE(eventuallyInLoop([] { return QGuiApplication::screens().size() == 2; }));
+  }
+  void TearDown() override {
+    output("xrandr --delmonitor lower; xrandr --delmonitor upper");
+    X11Test::TearDown();
+  }
+
+  XScreens screens_{server_};
+};
+
+TEST_F(TwoScreensTest, EachHoldsThePixelsThatItShows) {
+  QWindow palette;
+  RawInput input(server_);
+  const XPointer pointer(server_, input, palette);
+  const auto holderOf = [&](int row) {
+    xdotool("mousemove 300 " + std::to_string(row));
+    std::vector<double> tops;
+    for (const Screen& screen : screens_.all()) {
+      if (screen.frame.contains(pointer.location())) {
+        tops.push_back(screen.frame.maxY());
+      }
+    }
+    return tops;
+  };
+  const std::vector<double> upper = holderOf(200);
+  const std::vector<double> lower = holderOf(700);
+  EXPECT_NE(upper, lower);
+  EXPECT_EQ(holderOf(0), upper);
+  EXPECT_EQ(holderOf(499), upper);
+  EXPECT_EQ(holderOf(500), lower);
+  EXPECT_EQ(holderOf(999), lower);
+}
+
+TEST_F(TwoScreensTest, ArePartlyCoveredByPanels) {
+  const auto heights = [this] {
+    std::vector<double> found;
+    for (const Screen& screen : screens_.all()) {
+      found.push_back(screen.visibleFrame.height);
+    }
+    return found;
+  };
+  EXPECT_THAT(heights(), ElementsAre(500, 500));
+  output("xprop -name other -f _NET_WM_STRUT 32c -set _NET_WM_STRUT '0, 0, 30, 0'");
+  EXPECT_THAT(heights(), UnorderedElementsAre(470, 500));
+  output(
+      "xprop -name other -f _NET_WM_STRUT_PARTIAL 32c -set _NET_WM_STRUT_PARTIAL "
+      "'0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1599'");
+  EXPECT_THAT(heights(), UnorderedElementsAre(460, 500));
 }
 
 }  // namespace

@@ -80,6 +80,7 @@ TEST_P(PathTest, HoldsWhatItsCurvesEncloseAlsoWhenFlipped) {
   const auto& [label, path, point, isInside] = GetParam();
   EXPECT_EQ(path.contains(point), isInside);
   EXPECT_EQ(path.flipped(100).contains({point.x, 100 - point.y}), isInside);
+  EXPECT_EQ(path.movedBy({7, -3}).contains({point.x + 7, point.y - 3}), isInside);
 }
 
 const double diagonal = 40 / std::numbers::sqrt2;

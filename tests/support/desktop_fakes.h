@@ -89,9 +89,13 @@ class FakeContent final : public ContentView {
     const Rectangle frame = panel_.frame();
     return window_ == Window::settingsWindow ? settings_.size : Size{frame.width, frame.height};
   }
-  void setBackdropShape(const Path& backdrop) override { shape = backdrop; }
+  void setBackdropShape(const Path& backdrop, FreeParts parts) override {
+    shape = backdrop;
+    freeParts = parts;
+  }
 
   Path shape;
+  FreeParts freeParts = FreeParts::takePointer;
 
  private:
   Calls& calls_;

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include <QKeyEvent>
-#include <QQuickItem>
 
 namespace tolvane {
 
@@ -13,15 +12,16 @@ ContentWindow::ContentWindow(const char* title, Qt::WindowFlags flags) {
 }
 
 void ContentWindow::setContent(QQuickItem& item) {
+  content_ = &item;
   item.setParentItem(contentItem());
   fitContent();
   item.forceActiveFocus();
 }
 
 void ContentWindow::fitContent() {
-  for (QQuickItem* item : contentItem()->childItems()) {
-    item->setPosition({0, 0});
-    item->setSize(size());
+  if (content_ != nullptr && content_->parentItem() == contentItem()) {
+    content_->setPosition({static_cast<double>(margin_), static_cast<double>(margin_)});
+    content_->setSize(size().shrunkBy({margin_, margin_, margin_, margin_}));
   }
 }
 
@@ -36,10 +36,21 @@ void ContentWindow::exposeEvent(QExposeEvent* event) {
 void ContentWindow::keyPressEvent(QKeyEvent* event) {
   event->ignore();
   QQuickWindow::keyPressEvent(event);
-  if (!event->isAccepted() && event->key() == Qt::Key_Escape) {
+  if (!event->isAccepted() && event->key() == Qt::Key_Escape && !isRepetition(*event)) {
     event->accept();
     dismiss();
   }
+}
+
+void ContentWindow::keyReleaseEvent(QKeyEvent* event) {
+  QQuickWindow::keyReleaseEvent(event);
+  lastRelease_ = event->timestamp();
+}
+
+bool ContentWindow::isRepetition(const QKeyEvent& press) const {
+  // A key that repeats itself is released and pressed at the same time. Qt's own mark is missing
+  // when it reads the release before the press has come.
+  return press.isAutoRepeat() || press.timestamp() == lastRelease_;
 }
 
 void ContentWindow::resizeEvent(QResizeEvent* event) {

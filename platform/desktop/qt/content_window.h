@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include <QPointer>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 namespace tolvane {
@@ -18,23 +20,31 @@ class ContentWindow final : public QQuickWindow {
   /// @param exposed called whenever the window has come to the screen.
   void onExposed(std::function<void()> exposed) { exposed_ = std::move(exposed); }
 
-  /// Takes the item out of the window that it is in.
+  /// Takes the item out of the window that it is in. It is the window's focus.
   /// @param item not owned.
   void setContent(QQuickItem& item);
+  /// Leaves a margin around the content, in points; 0 at first.
+  void setMargin(int margin) { margin_ = margin; }
   /// Gives the content the size of the window at once, and not when the server confirms it.
   void fitContent();
 
  protected:
   void exposeEvent(QExposeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool event(QEvent* event) override;
 
  private:
   void dismiss();
+  /// A key that is held down dismisses one window, and not the one that comes up instead as well.
+  [[nodiscard]] bool isRepetition(const QKeyEvent& press) const;
 
   std::function<void()> dismissed_;
   std::function<void()> exposed_;
+  QPointer<QQuickItem> content_;  // may have moved to another window
+  int margin_ = 0;
+  quint64 lastRelease_ = 0;  // the server's time
   bool wasExposed_ = false;
 };
 

@@ -5,9 +5,9 @@ namespace tolvane {
 QtContentView::QtContentView(QQuickItem& interface,
                              QtPalettePanel& panel,
                              QtSettingsWindow& settings)
-    : panel_(panel), settings_(settings), interface_(interface), backdrop_(&view_) {
+    : panel_(panel), settings_(settings), interface_(interface) {
   interface_.setParentItem(&view_);
-  const auto follow = [this] { layOut(); };
+  const auto follow = [this] { interface_.setSize(view_.size()); };
   QObject::connect(&view_, &QQuickItem::widthChanged, &view_, follow);
   QObject::connect(&view_, &QQuickItem::heightChanged, &view_, follow);
   view_.setFlag(QQuickItem::ItemIsFocusScope);
@@ -21,27 +21,13 @@ void QtContentView::moveTo(Window window) {
   holder.setContent(view_);
 }
 
-void QtContentView::layOut() {
-  backdrop_.setSize(view_.size());
-  interface_.setSize(view_.size());
-}
-
 Size QtContentView::size() const {
   return {view_.width(), view_.height()};
 }
 
-void QtContentView::setBackdropShape(const Path& shape) {
-  const Path downwards = shape.flipped(view_.height());
-  // A window with a frame of its own keeps its square corners.
-  const bool isInPanel = window_ == Window::palettePanel;
-  Path ground = downwards;
-  if (!isInPanel) {
-    ground = Path();
-    ground.addRoundedRectangle({0, 0, view_.width(), view_.height()}, 0);
-  }
-  backdrop_.setShape(ground);
-  if (isInPanel) {
-    panel_.setShape(downwards);
+void QtContentView::setBackdropShape(const Path& shape, FreeParts freeParts) {
+  if (window_ == Window::palettePanel) {
+    panel_.setShape(shape.flipped(view_.height()), freeParts);
   }
 }
 

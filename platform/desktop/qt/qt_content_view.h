@@ -1,13 +1,12 @@
 #pragma once
 
 #include "platform/desktop/content_view.h"
-#include "platform/desktop/qt/backdrop_item.h"
 #include "platform/desktop/qt/qt_palette_panel.h"
 #include "platform/desktop/qt/qt_settings_window.h"
 
 namespace tolvane {
 
-/// The interface's item above its backdrop, in one of the two windows.
+/// The interface's item, in one of the two windows.
 class QtContentView final : public ContentView {
  public:
   /// Puts the view into the panel.
@@ -16,16 +15,13 @@ class QtContentView final : public ContentView {
 
   void moveTo(Window window) override;
   [[nodiscard]] Size size() const override;
-  void setBackdropShape(const Path& shape) override;
+  void setBackdropShape(const Path& shape, FreeParts freeParts) override;
 
  private:
-  void layOut();
-
   QtPalettePanel& panel_;
   QtSettingsWindow& settings_;
   QQuickItem& interface_;
   QQuickItem view_;
-  BackdropItem backdrop_;
   Window window_ = Window::palettePanel;
 };
 

@@ -2,6 +2,7 @@
 
 #include "platform/desktop/qt/content_window.h"
 #include "platform/desktop/settings_window.h"
+#include "platform/desktop/x11/x_screens.h"
 #include "platform/desktop/x11/x_server.h"
 
 namespace tolvane {
@@ -15,7 +16,7 @@ class QtSettingsWindow final : public SettingsWindow {
   [[nodiscard]] ContentWindow& window() { return window_; }
 
   void onDismiss(std::function<void()> dismiss) override { window_.onDismiss(std::move(dismiss)); }
-  /// Smaller where the screen has less room.
+  /// Smaller while the screen has less room.
   void setContentSize(Size size) override;
   [[nodiscard]] bool isVisible() const override { return window_.isVisible(); }
   void centreAndMakeKey() override;
@@ -23,7 +24,9 @@ class QtSettingsWindow final : public SettingsWindow {
 
  private:
   XServer& server_;
+  XScreens screens_;
   ContentWindow window_;
+  QSize wanted_;
 };
 
 }  // namespace tolvane

@@ -8,9 +8,9 @@ void showInFront(QWindow& window, XServer& server, Workspaces workspaces) {
   constexpr const char* workspace = "_NET_WM_DESKTOP";
   constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
   const auto handle = static_cast<XWindow>(window.winId());
-  server.setNumber(handle, "_NET_WM_USER_TIME", server.now());
+  server.setNumbers(handle, "_NET_WM_USER_TIME", {server.now()});
   if (workspaces == Workspaces::all) {
-    server.setNumber(handle, workspace, everyWorkspace);
+    server.setNumbers(handle, workspace, {everyWorkspace});
   }
   window.show();
   window.raise();

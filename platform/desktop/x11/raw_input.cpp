@@ -28,11 +28,6 @@ std::uint8_t opcodeOfInput(xcb_connection_t* connection) {
   return isEnough ? extension->major_opcode : std::uint8_t{0};
 }
 
-std::uint32_t maskOf(RawInput::Kind kind) {
-  return kind == RawInput::Kind::motion ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION
-                                        : XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
-}
-
 }  // namespace
 
 RawInput::RawInput(XServer& server)
@@ -40,14 +35,14 @@ RawInput::RawInput(XServer& server)
       opcode_(opcodeOfInput(server.connection())),
       filter_([this](const XEvent& event) { seen(event); }) {}
 
-std::unique_ptr<RawInput::Listener> RawInput::listen(Kind kind, Handler handler) {
-  subscriptions_[++lastId_] = {kind, std::make_shared<const Handler>(std::move(handler))};
+std::unique_ptr<RawInput::Listener> RawInput::listen(Handler handler) {
+  handlers_[++lastId_] = std::make_shared<const Handler>(std::move(handler));
   selectEvents();
   return std::make_unique<Listener>(*this, lastId_);
 }
 
 void RawInput::remove(std::uint64_t id) {
-  subscriptions_.erase(id);
+  handlers_.erase(id);
   selectEvents();
 }
 
@@ -59,34 +54,31 @@ void RawInput::selectEvents() {
     xcb_input_event_mask_t head;
     std::uint32_t mask;
   } selection = {{XCB_INPUT_DEVICE_ALL_MASTER, 1}, 0};
-  for (const auto& [id, subscription] : subscriptions_) {
-    selection.mask |= maskOf(subscription.kind);
+  if (!handlers_.empty()) {
+    selection.mask = XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS;
   }
   xcb_input_xi_select_events(server_.connection(), server_.root(), 1, &selection.head);
   xcb_flush(server_.connection());
 }
 
 void RawInput::seen(const XEvent& event) {
-  if (event.type != XCB_GE_GENERIC || subscriptions_.empty()) {
+  if (event.type != XCB_GE_GENERIC || handlers_.empty()) {
     return;
   }
   const auto generic = event.as<xcb_ge_generic_event_t>();
   if (generic.extension != opcode_) {
     return;
   }
-  if (generic.event_type == XCB_INPUT_RAW_MOTION) {
-    tell(Kind::motion, 0);
-  } else if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
-    tell(Kind::buttonPress, event.as<xcb_input_raw_button_press_event_t>().detail);
+  if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
+    tell(event.as<xcb_input_raw_button_press_event_t>().detail);
   }
 }
 
-void RawInput::tell(Kind kind, std::uint32_t button) {
+void RawInput::tell(std::uint32_t button) {
+  // Copied, because a handler may end its own subscription.
   std::vector<std::shared_ptr<const Handler>> handlers;
-  for (const auto& [id, subscription] : subscriptions_) {
-    if (subscription.kind == kind) {
-      handlers.push_back(subscription.handler);
-    }
+  for (const auto& [id, handler] : handlers_) {
+    handlers.push_back(handler);
   }
   for (const auto& handler : handlers) {
     (*handler)(button);

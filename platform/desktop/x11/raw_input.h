@@ -10,12 +10,11 @@
 
 namespace tolvane {
 
-/// What the user does with the pointer, wherever it goes (XInput 2.2). Events go on to where they
+/// Presses of the pointer's buttons, wherever they go (XInput 2.2). Events go on to where they
 /// went; nobody is listened to while there is no listener. Main thread only.
 class RawInput {
  public:
-  enum class Kind : std::uint32_t { buttonPress, motion };
-  /// @param button 1 left, 2 middle, 3 right; 0 for a motion.
+  /// @param button 1 left, 2 middle, 3 right.
   using Handler = std::function<void(std::uint32_t button)>;
 
   /// Ends a subscription when destroyed; must not outlive the input.
@@ -39,22 +38,17 @@ class RawInput {
   [[nodiscard]] bool isAvailable() const { return opcode_ != 0; }
 
   /// @param handler may end its own subscription.
-  [[nodiscard]] std::unique_ptr<Listener> listen(Kind kind, Handler handler);
+  [[nodiscard]] std::unique_ptr<Listener> listen(Handler handler);
 
  private:
-  struct Subscription {
-    Kind kind;
-    std::shared_ptr<const Handler> handler;
-  };
-
   void remove(std::uint64_t id);
   void selectEvents();
   void seen(const XEvent& event);
-  void tell(Kind kind, std::uint32_t button);
+  void tell(std::uint32_t button);
 
   XServer& server_;
   std::uint8_t opcode_;  // of the extension; 0 without it
-  std::map<std::uint64_t, Subscription> subscriptions_;
+  std::map<std::uint64_t, std::shared_ptr<const Handler>> handlers_;
   std::uint64_t lastId_ = 0;
   XEventFilter filter_;
 };

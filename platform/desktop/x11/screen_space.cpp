@@ -19,23 +19,24 @@ QPoint origin() {
 
 }  // namespace
 
-Point fromQt(const QPoint& point) {
+Point middleOf(const QPoint& pixel) {
+  constexpr double half = 0.5;
   const QPoint corner = origin();
-  return {static_cast<double>(point.x() - corner.x()), static_cast<double>(corner.y() - point.y())};
+  return {pixel.x() - corner.x() + half, corner.y() - pixel.y() - half};
 }
 
 Rectangle fromQt(const QRect& rectangle) {
-  const Point bottomLeft = fromQt(QPoint(rectangle.x(), rectangle.y() + rectangle.height()));
-  return {bottomLeft.x,
-          bottomLeft.y,
+  const QPoint corner = origin();
+  return {static_cast<double>(rectangle.x() - corner.x()),
+          static_cast<double>(corner.y() - rectangle.y() - rectangle.height()),
           static_cast<double>(rectangle.width()),
           static_cast<double>(rectangle.height())};
 }
 
 QRect toQt(const Rectangle& rectangle) {
   const QPoint corner = origin();
-  return {corner.x() + static_cast<int>(std::lround(rectangle.x)),
-          corner.y() - static_cast<int>(std::lround(rectangle.maxY())),
+  return {static_cast<int>(std::floor(corner.x() + rectangle.minX())),
+          static_cast<int>(std::floor(corner.y() - rectangle.maxY())),
           static_cast<int>(std::lround(rectangle.width)),
           static_cast<int>(std::lround(rectangle.height))};
 }

@@ -10,9 +10,11 @@ class QRect;
 /// nothing is moved. Main thread only.
 namespace tolvane::ScreenSpace {
 
-[[nodiscard]] Point fromQt(const QPoint& point);
+/// A pixel that Qt names by its row and column covers an area, and its middle is inside that area
+/// whichever edges count: it lies in the frames that show the pixel and in no other.
+[[nodiscard]] Point middleOf(const QPoint& pixel);
 [[nodiscard]] Rectangle fromQt(const QRect& rectangle);
-/// Rounded to whole points.
+/// The top-left corner becomes that of the pixel it lies in; the size is rounded.
 [[nodiscard]] QRect toQt(const Rectangle& rectangle);
 
 }  // namespace tolvane::ScreenSpace

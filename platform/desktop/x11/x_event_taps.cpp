@@ -1,9 +1,13 @@
 #include "platform/desktop/x11/x_event_taps.h"
 
+#include <algorithm>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <xcb/xcb.h>
 
+#include "platform/desktop/x11/window_class.h"
 #include "platform/desktop/x11/x_reply.h"
 
 namespace tolvane {
@@ -18,6 +22,18 @@ std::uint64_t flagsNow(const XServer& server) {
   return pointer && (pointer->mask & XCB_MOD_MASK_SHIFT) != 0 ? TapEvent::shift : 0;
 }
 
+/// Whether the pointer is on a window of the application in front: on the active one, or on another
+/// one of the same class, such as the desktop of the file manager. A raw press is told before the
+/// window manager makes what was pressed the active window, so that alone would not do.
+bool isPointerOnFrontApplication(const XServer& server) {
+  const XWindow active = server.activeWindow();
+  const std::string front = active != 0 ? WindowClass::bundleOf(server, active) : std::string();
+  const std::vector<XWindow> windows = server.windowsUnderPointer();
+  return std::any_of(windows.begin(), windows.end(), [&](XWindow window) {
+    return window == active || (!front.empty() && WindowClass::bundleOf(server, window) == front);
+  });
+}
+
 class XEventTap final : public EventTap {
  public:
   XEventTap(const XServer& server,
@@ -27,15 +43,15 @@ class XEventTap final : public EventTap {
       : server_(server), input_(input), mask_(mask), handler_(std::move(handler)) {}
 
   void enable() override {
-    listener_ = input_.listen(RawInput::Kind::buttonPress,
-                              [this](std::uint32_t button) { pressed(button); });
+    listener_ = input_.listen([this](std::uint32_t button) { pressed(button); });
   }
 
  private:
   void pressed(std::uint32_t button) {
     constexpr std::uint32_t secondary = 3;
     constexpr std::uint64_t secondaryPresses = 1U << TapEvent::secondaryMouseDown;
-    if (button == secondary && (mask_ & secondaryPresses) != 0) {
+    if (button == secondary && (mask_ & secondaryPresses) != 0 &&
+        isPointerOnFrontApplication(server_)) {
       handler_({TapEvent::secondaryMouseDown, flagsNow(server_)});
     }
   }

@@ -1,43 +1,10 @@
 #include "platform/desktop/x11/x_front_application.h"
 
-#include <algorithm>
-#include <array>
-#include <string_view>
 #include <unistd.h>
 
-#include "platform/files/file_names.h"
+#include "platform/desktop/x11/window_class.h"
 
 namespace tolvane {
-
-namespace {
-
-/// Classes of windows of file managers and of the desktops that they draw, in lower case.
-constexpr std::array<std::string_view, 10> fileManagers = {"org.gnome.nautilus",
-                                                           "nautilus",
-                                                           "dolphin",
-                                                           "org.kde.dolphin",
-                                                           "nemo",
-                                                           "nemo-desktop",
-                                                           "thunar",
-                                                           "xfdesktop",
-                                                           "pcmanfm",
-                                                           "pcmanfm-qt"};
-
-/// @param classText WM_CLASS: the window's own name and its class, each ended by a NUL.
-std::string bundleOf(std::string_view classText) {
-  std::string name;
-  while (!classText.empty()) {
-    const auto end = std::min(classText.find('\0'), classText.size());
-    name = FileNames::lower(classText.substr(0, end));
-    if (std::find(fileManagers.begin(), fileManagers.end(), name) != fileManagers.end()) {
-      return fileManagerBundle;
-    }
-    classText.remove_prefix(std::min(end + 1, classText.size()));
-  }
-  return name;
-}
-
-}  // namespace
 
 std::optional<RunningApplication> XFrontApplication::current() const {
   const XWindow window = server_.activeWindow();
@@ -47,7 +14,7 @@ std::optional<RunningApplication> XFrontApplication::current() const {
   const auto processes = server_.numbers(window, "_NET_WM_PID");
   const std::int64_t process = processes.empty() ? 0 : processes.front();
   return RunningApplication{
-      bundleOf(server_.text(window, "WM_CLASS")), process, window, process == ::getpid()};
+      WindowClass::bundleOf(server_, window), process, window, process == ::getpid()};
 }
 
 bool XFrontApplication::isRunning(const RunningApplication& application) const {

@@ -18,20 +18,21 @@ constexpr std::array<std::uint16_t, 4> lockStates = {
 /// The key code of the key in that place: evdev's number of it, and 8. It is not looked up by the
 /// letter, which another layout may not have at all.
 std::uint8_t keyCodeOf(std::uint32_t virtualKeyCode) {
-  static const std::map<std::uint32_t, std::uint8_t> codes = {
-      {8, 54}, {7, 53}, {9, 55}, {3, 41}, {40, 45}};
+  static const std::map<std::uint32_t, std::uint8_t> codes = {{HotKey::keyC, 54},
+                                                              {HotKey::keyX, 53},
+                                                              {HotKey::keyV, 55},
+                                                              {HotKey::keyF, 41},
+                                                              {HotKey::keyK, 45}};
   const auto found = codes.find(virtualKeyCode);
   return found != codes.end() ? found->second : std::uint8_t{0};
 }
 
 std::uint16_t modifiersOf(std::uint32_t modifiers) {
-  constexpr std::uint32_t control = 4096;
-  constexpr std::uint32_t option = 2048;
   unsigned mask = 0;
-  if ((modifiers & control) != 0) {
+  if ((modifiers & HotKey::control) != 0) {
     mask |= XCB_MOD_MASK_CONTROL;
   }
-  if ((modifiers & option) != 0) {
+  if ((modifiers & HotKey::option) != 0) {
     mask |= XCB_MOD_MASK_1;
   }
   return static_cast<std::uint16_t>(mask);

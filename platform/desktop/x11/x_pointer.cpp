@@ -28,12 +28,11 @@ XPointer::XPointer(const XServer& server, RawInput& input, QWindow& palette)
 XPointer::~XPointer() = default;
 
 Point XPointer::location() const {
-  return ScreenSpace::fromQt(QCursor::pos());
+  return ScreenSpace::middleOf(QCursor::pos());
 }
 
-void XPointer::startMonitoring(Handler pressed, Handler moved) {
+void XPointer::startMonitoring(Handler pressed, Handler) {
   pressed_ = std::move(pressed);
-  moved_ = std::move(moved);
   visibility_ = std::make_unique<VisibilityConnection>(
       palette_, [this](bool isVisible) { follow(isVisible); });
   follow(palette_.isVisible());
@@ -47,23 +46,19 @@ void XPointer::stopMonitoring() {
 void XPointer::follow(bool isPaletteVisible) {
   if (!isPaletteVisible) {
     presses_.reset();
-    moves_.reset();
     return;
   }
-  presses_ = input_.listen(RawInput::Kind::buttonPress, [this](std::uint32_t button) {
+  presses_ = input_.listen([this](std::uint32_t button) {
     constexpr std::uint32_t left = 1;
     constexpr std::uint32_t right = 3;
     if (button == left || button == right) {
       pressed_({location(), target()});
     }
   });
-  moves_ = input_.listen(RawInput::Kind::motion, [this](std::uint32_t) {
-    moved_({location(), target()});
-  });
 }
 
 PointerTarget XPointer::target() const {
-  const XWindow under = server_.windowUnderPointer();
+  const XWindow under = server_.windowsUnderPointer().back();
   if (palette_.handle() != nullptr && under == palette_.winId()) {
     return PointerTarget::palettePanel;
   }

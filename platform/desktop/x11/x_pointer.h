@@ -10,6 +10,8 @@ class QWindow;
 namespace tolvane {
 
 /// Listens to the pointer only while the palette is visible, so that nothing runs when it is not.
+/// Moves are not told: each would wake this process and ask the server for what the shape of the
+/// panel's window, which lets events through by itself, leaves nobody to use.
 class XPointer final : public Pointer {
  public:
   /// Nothing is owned; all outlive this object.
@@ -32,9 +34,7 @@ class XPointer final : public Pointer {
   RawInput& input_;
   QWindow& palette_;
   Handler pressed_;
-  Handler moved_;
   std::unique_ptr<RawInput::Listener> presses_;
-  std::unique_ptr<RawInput::Listener> moves_;
   std::unique_ptr<VisibilityConnection> visibility_;
 };
 

@@ -2,60 +2,90 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <xcb/xcb.h>
 
+#include "platform/desktop/struts.h"
 #include "platform/desktop/x11/screen_space.h"
-#include "platform/desktop/x11/x_reply.h"
 
 namespace tolvane {
 
 namespace {
 
-Screen screenOf(const QScreen& screen) {
-  return {ScreenSpace::fromQt(screen.geometry()), ScreenSpace::fromQt(screen.availableGeometry())};
-}
-
-/// In the server's pixels.
-QPoint middleOf(const XServer& server, XWindow window) {
-  xcb_connection_t* connection = server.connection();
-  const auto geometryAsked = xcb_get_geometry(connection, window);
-  const auto cornerAsked = xcb_translate_coordinates(connection, window, server.root(), 0, 0);
-  const XReply<xcb_get_geometry_reply_t> geometry(
-      xcb_get_geometry_reply(connection, geometryAsked, nullptr));
-  const XReply<xcb_translate_coordinates_reply_t> corner(
-      xcb_translate_coordinates_reply(connection, cornerAsked, nullptr));
-  if (!geometry || !corner) {
-    return {-1, -1};
-  }
-  return {corner->dst_x + geometry->width / 2, corner->dst_y + geometry->height / 2};
-}
-
-/// A screen's frame in the server's pixels: its corner is not scaled, its size is.
-QRect nativeFrame(const QScreen& screen) {
+/// A screen's frame in the server's pixels, y down: its corner is not scaled, its size is.
+Rectangle nativeFrame(const QScreen& screen) {
   const QRect frame = screen.geometry();
-  return {frame.topLeft(), frame.size() * screen.devicePixelRatio()};
+  const double scale = screen.devicePixelRatio();
+  return {static_cast<double>(frame.x()),
+          static_cast<double>(frame.y()),
+          frame.width() * scale,
+          frame.height() * scale};
+}
+
+std::vector<Strut> strutsOfPanels(const XServer& server) {
+  std::vector<Strut> struts;
+  const Size desktop = server.size(server.root()).value_or(Size());
+  const std::vector<XWindow> windows = server.numbers(server.root(), "_NET_CLIENT_LIST");
+  const auto parts = server.numbersOfEach(windows, "_NET_WM_STRUT_PARTIAL");
+  const auto wholes = server.numbersOfEach(windows, "_NET_WM_STRUT");
+  for (std::size_t at = 0; at < windows.size(); ++at) {
+    for (const Strut& strut : Strut::parse(parts[at].empty() ? wholes[at] : parts[at], desktop)) {
+      struts.push_back(strut);
+    }
+  }
+  return struts;
+}
+
+/// Qt knows one working area of the whole desktop, which tells nothing of the single screens when
+/// there are several: it is used as it is, and what panels claim of the screen goes off as well.
+QRect visibleFrame(const QScreen& screen, const std::vector<Strut>& struts) {
+  const Rectangle whole = nativeFrame(screen);
+  Rectangle left = whole;
+  for (const Strut& strut : struts) {
+    left = strut.takenFrom(left);
+  }
+  const double scale = screen.devicePixelRatio();
+  const QRectF points(whole.x + (left.x - whole.x) / scale,
+                      whole.y + (left.y - whole.y) / scale,
+                      left.width / scale,
+                      left.height / scale);
+  return points.toAlignedRect() & screen.availableGeometry();
+}
+
+Screen screenOf(const QScreen& screen, const std::vector<Strut>& struts) {
+  return {ScreenSpace::fromQt(screen.geometry()),
+          ScreenSpace::fromQt(visibleFrame(screen, struts))};
+}
+
+std::optional<Point> middleOf(const XServer& server, XWindow window) {
+  const std::optional<Point> corner = server.origin(window);
+  const std::optional<Size> size = server.size(window);
+  if (!corner || !size) {
+    return std::nullopt;
+  }
+  return Point{corner->x + size->width / 2, corner->y + size->height / 2};
 }
 
 }  // namespace
 
 std::vector<Screen> XScreens::all() const {
+  const std::vector<Strut> struts = strutsOfPanels(server_);
   std::vector<Screen> screens;
   for (const QScreen* screen : QGuiApplication::screens()) {
-    screens.push_back(screenOf(*screen));
+    screens.push_back(screenOf(*screen, struts));
   }
   return screens;
 }
 
 std::optional<Screen> XScreens::main() const {
   const XWindow active = server_.activeWindow();
-  const QPoint middle = active != 0 ? middleOf(server_, active) : QPoint(-1, -1);
+  const std::optional<Point> middle = active != 0 ? middleOf(server_, active) : std::nullopt;
+  const QScreen* main = QGuiApplication::primaryScreen();
   for (const QScreen* screen : QGuiApplication::screens()) {
-    if (nativeFrame(*screen).contains(middle)) {
-      return screenOf(*screen);
+    if (middle && nativeFrame(*screen).contains(*middle)) {
+      main = screen;
+      break;
     }
   }
-  const QScreen* primary = QGuiApplication::primaryScreen();
-  return primary != nullptr ? std::optional(screenOf(*primary)) : std::nullopt;
+  return main != nullptr ? std::optional(screenOf(*main, strutsOfPanels(server_))) : std::nullopt;
 }
 
 }  // namespace tolvane

@@ -30,12 +30,24 @@ XWindow rootOf(xcb_connection_t* connection) {
   return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-XReply<xcb_get_property_reply_t> property(xcb_connection_t* connection,
-                                          XWindow window,
-                                          XAtom name) {
-  const auto cookie =
-      xcb_get_property(connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
-  return XReply<xcb_get_property_reply_t>(xcb_get_property_reply(connection, cookie, nullptr));
+xcb_get_property_cookie_t askProperty(xcb_connection_t* connection, XWindow window, XAtom name) {
+  return xcb_get_property(
+      connection, 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, 0, longestProperty);
+}
+
+XReply<xcb_get_property_reply_t> answerOf(xcb_connection_t* connection,
+                                          xcb_get_property_cookie_t asked) {
+  return XReply<xcb_get_property_reply_t>(xcb_get_property_reply(connection, asked, nullptr));
+}
+
+std::vector<std::uint32_t> numbersIn(const XReply<xcb_get_property_reply_t>& reply) {
+  if (!reply || reply->format != 32) {
+    return {};
+  }
+  std::vector<std::uint32_t> numbers(reply->value_len);
+  std::memcpy(
+      numbers.data(), xcb_get_property_value(reply.get()), numbers.size() * sizeof(std::uint32_t));
+  return numbers;
 }
 
 }  // namespace
@@ -113,27 +125,50 @@ XAtom XServer::atom(const std::string& name) const {
 }
 
 std::vector<std::uint32_t> XServer::numbers(XWindow window, const char* name) const {
-  const auto reply = property(connection_, window, atom(name));
-  if (!reply || reply->format != 32) {
-    return {};
+  return numbersIn(answerOf(connection_, askProperty(connection_, window, atom(name))));
+}
+
+std::vector<std::vector<std::uint32_t>> XServer::numbersOfEach(const std::vector<XWindow>& windows,
+                                                               const char* name) const {
+  std::vector<xcb_get_property_cookie_t> questions;
+  for (const XWindow window : windows) {
+    questions.push_back(askProperty(connection_, window, atom(name)));
   }
-  std::vector<std::uint32_t> numbers(reply->value_len);
-  std::memcpy(
-      numbers.data(), xcb_get_property_value(reply.get()), numbers.size() * sizeof(std::uint32_t));
-  return numbers;
+  std::vector<std::vector<std::uint32_t>> answers;
+  for (const xcb_get_property_cookie_t asked : questions) {
+    answers.push_back(numbersIn(answerOf(connection_, asked)));
+  }
+  return answers;
 }
 
 std::string XServer::text(XWindow window, const char* name) const {
-  const auto reply = property(connection_, window, atom(name));
+  const auto reply = answerOf(connection_, askProperty(connection_, window, atom(name)));
   if (!reply || reply->format != 8) {
     return {};
   }
   return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
 }
 
-void XServer::setNumber(XWindow window, const char* name, std::uint32_t number) {
-  xcb_change_property(
-      connection_, XCB_PROP_MODE_REPLACE, window, atom(name), XCB_ATOM_CARDINAL, 32, 1, &number);
+bool XServer::hasProperty(XWindow window, const char* name) const {
+  const auto reply = answerOf(connection_, askProperty(connection_, window, atom(name)));
+  return reply && reply->type != XCB_ATOM_NONE;
+}
+
+void XServer::setNumbers(XWindow window,
+                         const char* name,
+                         const std::vector<std::uint32_t>& numbers) {
+  xcb_change_property(connection_,
+                      XCB_PROP_MODE_REPLACE,
+                      window,
+                      atom(name),
+                      XCB_ATOM_CARDINAL,
+                      32,
+                      static_cast<std::uint32_t>(numbers.size()),
+                      numbers.data());
+}
+
+void XServer::removeProperty(XWindow window, const char* name) {
+  xcb_delete_property(connection_, window, atom(name));
 }
 
 XWindow XServer::activeWindow() const {
@@ -156,16 +191,25 @@ std::optional<Point> XServer::origin(XWindow window) const {
                : std::nullopt;
 }
 
-XWindow XServer::windowUnderPointer() const {
-  XWindow window = noWindow;
+std::optional<Size> XServer::size(XWindow window) const {
+  const auto cookie = xcb_get_geometry(connection_, window);
+  const XReply<xcb_get_geometry_reply_t> reply(
+      xcb_get_geometry_reply(connection_, cookie, nullptr));
+  return reply ? std::optional(
+                     Size{static_cast<double>(reply->width), static_cast<double>(reply->height)})
+               : std::nullopt;
+}
+
+std::vector<XWindow> XServer::windowsUnderPointer() const {
+  std::vector<XWindow> windows;
   XWindow inner = root_;
   while (inner != noWindow) {
-    window = inner;
+    windows.push_back(inner);
     const XReply<xcb_query_pointer_reply_t> reply(
-        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, window), nullptr));
+        xcb_query_pointer_reply(connection_, xcb_query_pointer(connection_, inner), nullptr));
     inner = reply && reply->same_screen != 0 ? reply->child : noWindow;
   }
-  return window;
+  return windows;
 }
 
 bool XServer::hasOwner(const char* selection) const {

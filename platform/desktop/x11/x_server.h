@@ -35,18 +35,24 @@ class XServer {
 
   /// The members of a property of 32-bit format (numbers, atoms, windows).
   [[nodiscard]] std::vector<std::uint32_t> numbers(XWindow window, const char* property) const;
+  /// The same of each of the windows, in the time of one question.
+  [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOfEach(
+      const std::vector<XWindow>& windows, const char* property) const;
   /// The bytes of a property of 8-bit format.
   [[nodiscard]] std::string text(XWindow window, const char* property) const;
-  void setNumber(XWindow window, const char* property, std::uint32_t number);
+  /// Whether there is such a property, of any format.
+  [[nodiscard]] bool hasProperty(XWindow window, const char* property) const;
+  void setNumbers(XWindow window, const char* property, const std::vector<std::uint32_t>& numbers);
+  void removeProperty(XWindow window, const char* property);
 
   [[nodiscard]] XWindow activeWindow() const;
   [[nodiscard]] bool exists(XWindow window) const;
   /// The top-left corner in pixels of the root window, y downwards; nullopt when it has gone.
   [[nodiscard]] std::optional<Point> origin(XWindow window) const;
-  /// The innermost window under the pointer; 0 when the pointer is on another screen.
-  [[nodiscard]] XWindow windowUnderPointer() const;
-  /// Whether a compositing manager blends windows, so that see-through parts are possible.
-  [[nodiscard]] bool isComposited() const { return hasOwner("_NET_WM_CM_S0"); }
+  /// In pixels; nullopt when the window has gone.
+  [[nodiscard]] std::optional<Size> size(XWindow window) const;
+  /// The windows under the pointer that take it, each inside the one before; the root is the first.
+  [[nodiscard]] std::vector<XWindow> windowsUnderPointer() const;
   /// Whether a program plays the role that the selection stands for.
   [[nodiscard]] bool hasOwner(const char* selection) const;
 

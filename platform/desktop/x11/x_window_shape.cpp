@@ -1,33 +1,21 @@
 #include "platform/desktop/x11/x_window_shape.h"
 
+#include <utility>
 #include <vector>
 
 #include <QBitmap>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPolygonF>
 #include <QRegion>
 #include <QWindow>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
+#include "platform/desktop/x11/painter_path.h"
+
 namespace tolvane {
 
 namespace {
-
-QPainterPath painterPathOf(const Path& shape) {
-  QPainterPath path;
-  path.setFillRule(Qt::WindingFill);
-  for (const Path::Polygon& polygon : shape.polygons()) {
-    QPolygonF corners;
-    for (const Point& corner : polygon) {
-      corners << QPointF(corner.x, corner.y);
-    }
-    path.addPolygon(corners);
-    path.closeSubpath();
-  }
-  return path;
-}
 
 /// The pixels whose middles lie in the shape: corners that are rounded to pixels would show.
 /// @param scale pixels a point.
@@ -56,22 +44,24 @@ std::vector<xcb_rectangle_t> rectanglesOf(const QRegion& region) {
 
 XWindowShape::XWindowShape(XServer& server, QWindow& window) : server_(server), window_(window) {}
 
-void XWindowShape::set(const Path& shape) {
-  shape_ = shape;
+void XWindowShape::set(Parts parts) {
+  parts_ = std::move(parts);
   apply();
 }
 
 void XWindowShape::apply() {
-  window_.setMask(server_.isComposited() ? QRegion() : regionOf(shape_, window_.size(), 1));
-  applyInput();
+  const bool isCut = parts_.blending == Blending::none;
+  window_.setMask(isCut ? regionOf(parts_.seen, window_.size(), 1) : QRegion());
+  if (window_.handle() != nullptr) {
+    applyInput();
+    applyBlur();
+    xcb_flush(server_.connection());
+  }
 }
 
 void XWindowShape::applyInput() {
-  if (window_.handle() == nullptr) {
-    return;
-  }
   const auto rectangles =
-      rectanglesOf(regionOf(shape_, window_.size(), window_.devicePixelRatio()));
+      rectanglesOf(regionOf(parts_.taking, window_.size(), window_.devicePixelRatio()));
   xcb_shape_rectangles(server_.connection(),
                        XCB_SHAPE_SO_SET,
                        XCB_SHAPE_SK_INPUT,
@@ -81,7 +71,21 @@ void XWindowShape::applyInput() {
                        0,
                        static_cast<std::uint32_t>(rectangles.size()),
                        rectangles.data());
-  xcb_flush(server_.connection());
+}
+
+void XWindowShape::applyBlur() {
+  const auto handle = static_cast<XWindow>(window_.winId());
+  if (parts_.blending != Blending::blurred) {
+    server_.removeProperty(handle, XCompositor::blurRegion);
+    return;
+  }
+  std::vector<std::uint32_t> numbers;
+  for (const QRect& part : regionOf(parts_.seen, window_.size(), window_.devicePixelRatio())) {
+    for (const int number : {part.x(), part.y(), part.width(), part.height()}) {
+      numbers.push_back(static_cast<std::uint32_t>(number));
+    }
+  }
+  server_.setNumbers(handle, XCompositor::blurRegion, numbers);
 }
 
 }  // namespace tolvane
