@@ -44,10 +44,8 @@ void AppDelegate::open(std::vector<std::filesystem::path> files) {
 }
 
 void AppDelegate::applicationShouldTerminate() {
-  if (!bridge_->hasActiveJob()) {
+  if (!bridge_->prepareToQuit(&QApplication::quit)) {
     QApplication::quit();
-  } else if (!std::exchange(isTerminating_, true)) {
-    bridge_->quit([] { QApplication::quit(); });
   }
 }
 

@@ -40,7 +40,6 @@ class AppDelegate {
   std::optional<DesktopPlatform> platform_;
   std::optional<Bridge> bridge_;
   std::optional<TrayIcon> statusItem_;
-  bool isTerminating_ = false;
 };
 
 }  // namespace tolvane
