@@ -40,7 +40,7 @@ class DesktopPlatform {
   [[nodiscard]] DesktopServices services();
 
   [[nodiscard]] MainQueue& mainQueue() { return main_; }
-  [[nodiscard]] const XServer& server() const { return server_; }
+  [[nodiscard]] XServer& server() { return server_; }
 
  private:
   Accessibility accessibility_;

@@ -8,7 +8,7 @@ void showInFront(QWindow& window, XServer& server, Workspaces workspaces) {
   constexpr const char* workspace = "_NET_WM_DESKTOP";
   constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
   const auto handle = static_cast<XWindow>(window.winId());
-  server.setNumber(handle, "_NET_WM_USER_TIME", server.now());
+  server.setNumber(handle, "_NET_WM_USER_TIME", server.userTime());
   if (workspaces == Workspaces::all) {
     server.setNumber(handle, workspace, everyWorkspace);
   }
