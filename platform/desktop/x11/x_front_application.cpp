@@ -5,6 +5,9 @@
 #include <string_view>
 #include <unistd.h>
 
+#include <QWindow>
+#include <xcb/xproto.h>
+
 #include "platform/files/file_names.h"
 
 namespace tolvane {
@@ -39,15 +42,42 @@ std::string bundleOf(std::string_view classText) {
 
 }  // namespace
 
+XFrontApplication::XFrontApplication(XServer& server, const QWindow& palette)
+    : server_(server),
+      palette_(palette),
+      front_(server.activeWindow()),
+      events_([this](const XEvent& event) { follow(event); }) {}
+
+bool XFrontApplication::isPalette(XWindow window) const {
+  return palette_.handle() != nullptr && window == palette_.winId();
+}
+
+void XFrontApplication::follow(const XEvent& event) {
+  if (event.type != XCB_PROPERTY_NOTIFY) {
+    return;
+  }
+  const auto change = event.as<xcb_property_notify_event_t>();
+  if (change.window == server_.root() && change.atom == server_.atom("_NET_ACTIVE_WINDOW")) {
+    const XWindow active = server_.activeWindow();
+    // None is active for a moment while the focus goes from one to the other.
+    if (active != 0 && !isPalette(active)) {
+      front_ = active;
+    }
+  }
+}
+
 std::optional<RunningApplication> XFrontApplication::current() const {
-  const XWindow window = server_.activeWindow();
-  if (window == 0) {
+  const XWindow active = server_.activeWindow();
+  if (!isPalette(active)) {
+    front_ = active;
+  }
+  if (front_ == 0 || !server_.exists(front_)) {
     return std::nullopt;
   }
-  const auto processes = server_.numbers(window, "_NET_WM_PID");
+  const auto processes = server_.numbers(front_, "_NET_WM_PID");
   const std::int64_t process = processes.empty() ? 0 : processes.front();
   return RunningApplication{
-      bundleOf(server_.text(window, "WM_CLASS")), process, window, process == ::getpid()};
+      bundleOf(server_.text(front_, "WM_CLASS")), process, front_, process == ::getpid()};
 }
 
 bool XFrontApplication::isRunning(const RunningApplication& application) const {
