@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Uses the desktop host's windows as a screen reader does.
 usage: accessible.py press NAME    presses or toggles it, once it is on the screen
-       accessible.py names         what is on the screen, one a line
+       accessible.py names         what is on the screen, one a line; " (on)" follows a switch
 """
 import sys
 import time
@@ -54,4 +54,6 @@ if sys.argv[1] == "press":
     if not within_ten_seconds(lambda: press(sys.argv[2])):
         sys.exit("Nothing that can be pressed is called " + sys.argv[2] + ".")
 else:
-    print("\n".join(element.get_name() for element in shown()))
+    for element in shown():
+        on = element.get_state_set().contains(Atspi.StateType.CHECKED)
+        print(element.get_name() + (" (on)" if on else ""))

@@ -80,7 +80,10 @@ class RunningHostTest : public support::SessionTest {
 TEST_F(RunningHostTest, TheGestureOpensThePaletteOverAFileManagerOnly) {
   openSettings();
   press("Shift and right click in the file manager");
-  ASSERT_TRUE(eventually([] { return namesOnScreen().find("Gesture") == std::string::npos; }));
+  ASSERT_TRUE(eventually([] {
+    return namesOnScreen().find("Shift and right click in the file manager (on)") !=
+           std::string::npos;
+  }));
   xdotool("key Escape");
   ASSERT_TRUE(eventuallyActive("tolvane"));
   xdotool("key Escape");
