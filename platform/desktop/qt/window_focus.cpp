@@ -8,9 +8,6 @@ void showInFront(QWindow& window, XServer& server, Workspaces workspaces) {
   constexpr const char* workspace = "_NET_WM_DESKTOP";
   constexpr const char* userTime = "_NET_WM_USER_TIME";
   constexpr std::uint32_t everyWorkspace = 0xFFFFFFFF;
-  if (window.isVisible() && window.isActive()) {
-    return;  // it is what the user asked for last, and no other action has followed
-  }
   const auto handle = static_cast<XWindow>(window.winId());
   const XTime time = server.userTime();
   server.setNumber(handle, userTime, time);
