@@ -1,10 +1,9 @@
 #include "app/app_delegate.h"
 
-#include <utility>
-
 #include <QApplication>
 
 #include "app/window_places.h"
+#include "platform/desktop/x11/user_action.h"
 #include "universal/dispatch/universal_engine.h"
 
 namespace tolvane {
@@ -39,15 +38,20 @@ void AppDelegate::openPalette() {
   bridge_->open(Bridge::Intake::finderSelection);
 }
 
-void AppDelegate::open(std::vector<std::filesystem::path> files) {
-  bridge_->open(std::move(files));
+void AppDelegate::follow(const DesktopBusName::Request& request) {
+  const Activation& activation = request.activation;
+  const UserAction action(platform_->server(),
+                          activation.startupId.empty() ? activation.token : activation.startupId);
+  if (request.files) {
+    bridge_->open(*request.files);
+  } else {
+    openPalette();
+  }
 }
 
 void AppDelegate::applicationShouldTerminate() {
-  if (!bridge_->hasActiveJob()) {
+  if (!bridge_->prepareToQuit(&QApplication::quit)) {
     QApplication::quit();
-  } else if (!std::exchange(isTerminating_, true)) {
-    bridge_->quit([] { QApplication::quit(); });
   }
 }
 

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <optional>
-#include <vector>
 
 #include "app/desktop_platform.h"
 #include "bridge/bridge.h"
 #include "interface/interface_view.h"
 #include "platform/desktop/accessibility/accessibility.h"
+#include "platform/desktop/qt/desktop_bus_name.h"
 #include "platform/desktop/qt/tray_icon.h"
 
 namespace tolvane {
@@ -27,8 +26,8 @@ class AppDelegate {
 
   /// Shows the palette with what is selected in the file manager.
   void openPalette();
-  /// Shows the palette with files that were handed over.
-  void open(std::vector<std::filesystem::path> files);
+  /// Shows the palette with files that were handed over, or with what is selected.
+  void follow(const DesktopBusName::Request& request);
 
   /// Ends the program: at once, or as soon as a running job has noticed that it is cancelled.
   void applicationShouldTerminate();
@@ -40,7 +39,6 @@ class AppDelegate {
   std::optional<DesktopPlatform> platform_;
   std::optional<Bridge> bridge_;
   std::optional<TrayIcon> statusItem_;
-  bool isTerminating_ = false;
 };
 
 }  // namespace tolvane

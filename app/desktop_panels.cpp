@@ -55,23 +55,27 @@ void DesktopPanels::chooseFolder(std::function<void(std::optional<Path>)> closed
        });
 }
 
-void DesktopPanels::show(Dialog dialog,
-                         std::function<void(std::optional<std::vector<Path>>)> closed) {
-  if (open_) {
-    closed(std::nullopt);
-    return;
+void DesktopPanels::show(Dialog dialog, Closed closed) {
+  waiting_.push_back(std::move(closed));
+  if (!open_) {
+    open_ = std::move(dialog);
+    QObject::connect(open_.get(), &QFileDialog::finished, [this](int result) { finished(result); });
+    open_->winId();  // makes its window, which is to stand above the palette
+    open_->windowHandle()->setTransientParent(&palette_);
+    open_->show();
   }
-  open_ = std::move(dialog);
-  QObject::connect(
-      open_.get(), &QFileDialog::finished, [this, closed = std::move(closed)](int result) {
-        const Dialog finished = std::move(open_);
-        const bool isConfirmed = result == QFileDialog::Accepted;
-        closed(isConfirmed ? std::optional(chosenIn(*finished)) : std::nullopt);
-      });
-  open_->winId();  // makes its window, which is to stand above the palette
-  open_->windowHandle()->setTransientParent(&palette_);
-  open_->show();
   WindowFocus::showInFront(*open_->windowHandle(), server_, WindowFocus::Workspaces::current);
+}
+
+void DesktopPanels::finished(int result) {
+  const Dialog panel = std::move(open_);
+  std::optional<std::vector<Path>> chosen;
+  if (result == QFileDialog::Accepted) {
+    chosen = chosenIn(*panel);
+  }
+  for (const Closed& closed : std::exchange(waiting_, {})) {
+    closed(std::exchange(chosen, std::nullopt));
+  }
 }
 
 }  // namespace tolvane

@@ -11,7 +11,7 @@ class QWindow;
 namespace tolvane {
 
 /// The toolkit's file dialogues, above the palette. One panel at a time: another one that is asked
-/// for meanwhile counts as cancelled.
+/// for meanwhile counts as cancelled, once the open one has closed, which comes to the front.
 class DesktopPanels final : public Panels {
  public:
   /// Neither is owned; both outlive this object.
@@ -29,11 +29,15 @@ class DesktopPanels final : public Panels {
   };
   using Dialog = std::unique_ptr<QFileDialog, DeleteLater>;
 
-  void show(Dialog dialog, std::function<void(std::optional<std::vector<Path>>)> closed);
+  using Closed = std::function<void(std::optional<std::vector<Path>>)>;
+
+  void show(Dialog dialog, Closed closed);
+  void finished(int result);
 
   QWindow& palette_;
   XServer& server_;
   Dialog open_;
+  std::vector<Closed> waiting_;  // the first for the open panel
 };
 
 }  // namespace tolvane

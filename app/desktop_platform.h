@@ -40,7 +40,7 @@ class DesktopPlatform {
   [[nodiscard]] DesktopServices services();
 
   [[nodiscard]] MainQueue& mainQueue() { return main_; }
-  [[nodiscard]] const XServer& server() const { return server_; }
+  [[nodiscard]] XServer& server() { return server_; }
 
  private:
   Accessibility accessibility_;
@@ -53,7 +53,7 @@ class DesktopPlatform {
   QtFileDropView dropView_{panel_.window(), settingsWindow_.window()};
   XScreens screens_{server_};
   XPointer pointer_{server_, input_, panel_.window()};
-  XFrontApplication frontApplication_{server_};
+  XFrontApplication frontApplication_{server_, panel_.window()};
   XHotKeys hotKeys_{server_};
   XEventTaps taps_{server_, input_};
   SessionPermissions permissions_{input_};

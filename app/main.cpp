@@ -3,8 +3,9 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <string>
-#include <vector>
+#include <system_error>
 
 #include <QApplication>
 #include <QFile>
@@ -13,10 +14,11 @@
 #include "app/termination_signals.h"
 #include "platform/desktop/qt/desktop_bus_name.h"
 #include "platform/files/file_names.h"
+#include "platform/process/activation.h"
 
 namespace {
 
-using Files = tolvane::DesktopBusName::Files;
+using Request = tolvane::DesktopBusName::Request;
 
 /// The palette is small: drawn by the processor it is there sooner than any graphics driver.
 void drawWithoutGraphicsDriver() {
@@ -24,30 +26,35 @@ void drawWithoutGraphicsDriver() {
   ::setenv("QT_QUICK_BACKEND", "software", keepTheUsersChoice);
 }
 
-Files filesIn(const QStringList& words) {
-  Files files;
-  for (const QString& word : words.mid(1)) {
-    const std::string text = QFile::encodeName(word).toStdString();
-    files.push_back(std::filesystem::absolute(tolvane::FileNames::localPath(text).value_or(text)));
+/// @param words files; none: the host only shows up.
+Request requestIn(const QStringList& words, const tolvane::Activation& activation) {
+  Request request = {std::nullopt, activation};
+  if (!words.empty()) {
+    std::error_code ignored;  // a folder that is gone leaves the others' paths as they are
+    const auto folder = std::filesystem::current_path(ignored);
+    request.files.emplace();
+    for (const QString& word : words) {
+      request.files->push_back(
+          tolvane::FileNames::handedOver(QFile::encodeName(word).toStdString(), folder));
+    }
   }
-  return files;
+  return request;
 }
 
-int run(QApplication& application, tolvane::TerminationSignals& signals) {
-  const Files files = filesIn(QApplication::arguments());
+int run(QApplication& application,
+        tolvane::TerminationSignals& signals,
+        const tolvane::Activation& activation) {
+  const Request request = requestIn(QApplication::arguments().mid(1), activation);
   tolvane::AppDelegate delegate;
   tolvane::DesktopBusName busName;
-  const bool isFirst =
-      busName.claim({[&delegate] { delegate.openPalette(); },
-                     [&delegate](Files handed) { delegate.open(std::move(handed)); }});
-  if (!isFirst) {
-    tolvane::DesktopBusName::handOver(files);
+  if (!busName.claim([&delegate](const Request& later) { delegate.follow(later); })) {
+    tolvane::DesktopBusName::handOver(request);
     return EXIT_SUCCESS;
   }
   delegate.applicationDidFinishLaunching();
   signals.listen([&delegate] { delegate.applicationShouldTerminate(); });
-  if (!files.empty()) {
-    delegate.open(files);
+  if (request.files) {
+    delegate.follow(request);
   }
   return application.exec();
 }
@@ -59,10 +66,11 @@ int main(int count, char** words) {
   drawWithoutGraphicsDriver();
   try {
     tolvane::TerminationSignals signals;
+    const auto activation = tolvane::Activation::ofThisProcess();
     QApplication application(count, words);
     QApplication::setApplicationName("tolvane");
     QGuiApplication::setDesktopFileName("app.tolvane");
-    return run(application, signals);
+    return run(application, signals, activation);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return EXIT_FAILURE;

@@ -24,8 +24,7 @@ Bridge::Bridge(BinaryMessenger& messenger,
           Selection::Surroundings{engine_, toolchain_, worker_, main_, events_})),
       settings_(services_, events_),
       palette_(std::make_shared<PaletteMessages>(
-          services_,
-          [this](std::vector<std::filesystem::path> files) { select(std::move(files)); })),
+          services_, [this](Files files) { select(std::move(files)); })),
       methods_(std::make_shared<MethodTable>()) {
   methods_->addFunction("ready", [this](const Value::Map&) { return ready(); });
   jobs_->addMethods(*methods_);
@@ -60,39 +59,44 @@ Bridge::~Bridge() {
   jobs_->cancel();
 }
 
-void Bridge::select(std::vector<std::filesystem::path> urls, std::optional<std::string> message) {
+void Bridge::select(Files urls, std::optional<std::string> message) {
   if (!hasActiveJob()) {
     selection_->select(std::move(urls), std::move(message));
   }
 }
 
 void Bridge::open(Intake intake, std::optional<std::string> message) {
-  if (!hasActiveJob() && intake == Intake::finderSelection) {
-    takeInFinderSelection(std::move(message));
-  } else if (!hasActiveJob()) {
-    services_.palette->beginInvocation(std::nullopt);
-    select({}, std::move(message));
+  if (!hasActiveJob()) {
+    if (intake == Intake::finderSelection) {
+      takeInFinderSelection(std::move(message));
+    } else {
+      takeIn({}, std::move(message));
+    }
   }
   showPalette();
 }
 
-void Bridge::open(std::vector<std::filesystem::path> files) {
+void Bridge::open(Files files) {
   if (!hasActiveJob()) {
-    services_.palette->beginInvocation(std::nullopt);
-    select(std::move(files));
+    takeIn(std::move(files), std::nullopt);
   }
   showPalette();
 }
 
 void Bridge::takeInFinderSelection(std::optional<std::string> message) {
   try {
-    std::vector<std::filesystem::path> files = services_.finder->resolve();
-    services_.palette->beginInvocation(services_.finder->selectedFileFrame());
-    select(std::move(files), std::move(message));
+    Files files = services_.finder->resolve();
+    takeIn(std::move(files), std::move(message), services_.finder->selectedFileFrame());
   } catch (const ConversionFailure& failure) {
-    services_.palette->beginInvocation(std::nullopt);
-    select({}, failure.errorDescription());
+    takeIn({}, failure.errorDescription());
   }
+}
+
+void Bridge::takeIn(Files files,
+                    std::optional<std::string> message,
+                    const std::optional<Rectangle>& fileFrame) {
+  services_.palette->beginInvocation(fileFrame);
+  select(std::move(files), std::move(message));
 }
 
 void Bridge::showPalette() const {
@@ -112,9 +116,17 @@ Value Bridge::ready() {
   return reply;
 }
 
-void Bridge::quit(std::function<void()> done) {
+bool Bridge::prepareToQuit(std::function<void()> completion) {
+  if (!hasActiveJob()) {
+    return false;
+  }
   jobs_->cancel();
-  // The worker takes its tasks in turn, so it comes to this one when the job has returned.
+  whenWorkIsDone(std::move(completion));
+  return true;
+}
+
+void Bridge::whenWorkIsDone(std::function<void()> done) {
+  // The worker takes its tasks in turn, so it comes to this one when the others have returned.
   worker_.post([&main = main_, done = std::move(done)]() mutable { main.post(std::move(done)); });
 }
 

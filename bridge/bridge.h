@@ -42,10 +42,12 @@ class Bridge {
   Bridge(const Bridge&) = delete;
   Bridge& operator=(const Bridge&) = delete;
 
+  using Files = std::vector<std::filesystem::path>;
+
   /// Takes in files, whatever their source: dropped, chosen, or named by a script. Ignored while a
   /// job runs.
   /// @param message shown until the files are inspected; absent means an invitation to choose some.
-  void select(std::vector<std::filesystem::path> urls, std::optional<std::string> message = {});
+  void select(Files urls, std::optional<std::string> message = {});
 
   /// What the palette is opened with.
   enum class Intake { finderSelection, nothing };
@@ -55,22 +57,30 @@ class Bridge {
   /// @param message shown with the files, or instead of them; absent means an invitation to choose
   /// some. A selection that cannot be read is explained in its place.
   void open(Intake intake, std::optional<std::string> message = {});
-  /// Shows the palette, next to the pointer, with files that were handed over from outside.
-  void open(std::vector<std::filesystem::path> files);
+  /// Shows the palette, next to the pointer, with files that were handed over from outside. None:
+  /// the palette is empty.
+  void open(Files files);
 
   /// Sends an event; dropped until the interface called "ready".
   void send(std::string_view type, Value::Map payload) const;
 
-  [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
+  /// Asks a running job to stop. There is no limit to the wait for its end.
+  /// @param completion called when the job's outcome was sent.
+  /// @return false when no job is active: the completion is not used.
+  [[nodiscard]] bool prepareToQuit(std::function<void()> completion);
 
-  /// Asks a running job to stop, and calls `done` when everything the worker had to do is done and
-  /// its outcome was sent. There is no limit to the wait.
-  void quit(std::function<void()> done);
+  /// Calls `done` when everything that the worker has to do now is done and its outcome was sent.
+  void whenWorkIsDone(std::function<void()> done);
 
  private:
   Value ready();
   void followDesktop();
+  [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
   void takeInFinderSelection(std::optional<std::string> message);
+  /// @param fileFrame what the palette is to appear next to; nullopt means the pointer.
+  void takeIn(Files files,
+              std::optional<std::string> message,
+              const std::optional<Rectangle>& fileFrame = {});
   void showPalette() const;
 
   MainQueue& main_;

@@ -143,14 +143,18 @@ void JsonRpcHost::endOfInput() {
 
 void JsonRpcHost::quit(const std::optional<Value>& id) {
   conversation_->isQuitting = true;
-  bridge_.quit([caller = std::weak_ptr(conversation_), id] {
+  const auto finish = [caller = std::weak_ptr(conversation_), id] {
     if (const auto conversation = caller.lock()) {
       if (id) {
         conversation->output(resultLine(*id, nullptr));
       }
       conversation->finished();
     }
-  });
+  };
+  if (!bridge_.prepareToQuit(finish)) {
+    // Files that were handed in last are still inspected, and their reader told.
+    bridge_.whenWorkIsDone(finish);
+  }
 }
 
 }  // namespace tolvane

@@ -1,5 +1,8 @@
 #include "bridge/palette_messages.h"
 
+#include <string>
+#include <utility>
+
 namespace tolvane {
 
 void PaletteMessages::addMethods(MethodTable& table) {
@@ -24,29 +27,35 @@ void PaletteMessages::present(const Value::Map& arguments) const {
                               valueAt(arguments, "actionCount").integer().value_or(0)});
 }
 
-void PaletteMessages::chooseFiles(const MethodReply& reply) const {
+template <typename Chosen>
+std::function<void(std::optional<Chosen>)> PaletteMessages::afterPanel(
+    const MethodReply& reply, std::function<Value(const std::optional<Chosen>&)> take) const {
   services_.palette->suspendDismissal();
-  services_.panels->chooseFiles([self = weak_from_this(), reply](const auto& files) {
+  return [self = weak_from_this(), reply, take = std::move(take)](
+             const std::optional<Chosen>& chosen) {
     if (const auto messages = self.lock()) {
       messages->services_.palette->resumeDismissal();
-      if (files) {
-        messages->filesChosen_(*files);
-      }
+      Value answer = take(chosen);
       messages->services_.palette->show();
-      reply.success();
+      reply.success(std::move(answer));
     }
-  });
+  };
+}
+
+void PaletteMessages::chooseFiles(const MethodReply& reply) const {
+  services_.panels->chooseFiles(afterPanel<Files>(reply, [this](const std::optional<Files>& files) {
+    if (files) {
+      filesChosen_(*files);
+    }
+    return Value();
+  }));
 }
 
 void PaletteMessages::chooseFolder(const MethodReply& reply) const {
-  services_.palette->suspendDismissal();
-  services_.panels->chooseFolder([self = weak_from_this(), reply](const auto& folder) {
-    if (const auto messages = self.lock()) {
-      messages->services_.palette->resumeDismissal();
-      messages->services_.palette->show();
-      reply.success(folder ? Value(folder->string()) : Value());
-    }
-  });
+  using Folder = std::filesystem::path;
+  services_.panels->chooseFolder(afterPanel<Folder>(reply, [](const std::optional<Folder>& folder) {
+    return folder ? Value(folder->string()) : Value();
+  }));
 }
 
 }  // namespace tolvane

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -28,6 +29,12 @@ class PaletteMessages : public std::enable_shared_from_this<PaletteMessages> {
 
  private:
   void present(const Value::Map& arguments) const;
+  /// Keeps the palette from being dismissed until the panel that is asked for next has closed.
+  /// @param take what to do with the choice, and to answer the call with.
+  /// @return what the panel is to call then; shows the palette again.
+  template <typename Chosen>
+  std::function<void(std::optional<Chosen>)> afterPanel(
+      const MethodReply& reply, std::function<Value(const std::optional<Chosen>&)> take) const;
   void chooseFiles(const MethodReply& reply) const;
   void chooseFolder(const MethodReply& reply) const;
 

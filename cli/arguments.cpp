@@ -11,10 +11,14 @@ namespace {
 namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
-fs::path absolutePath(const std::string& word) {
+void requireName(const std::string& word) {
   if (word.empty()) {
     throw UsageError("A file name is empty.");
   }
+}
+
+fs::path absolutePath(const std::string& word) {
+  requireName(word);
   return fs::absolute(word);
 }
 
@@ -111,15 +115,13 @@ Words namedFiles(const Arguments& arguments, std::size_t first) {
   if (arguments.operands.size() <= first) {
     throw UsageError("Name at least one file.");
   }
+  std::error_code ignored;  // a folder that is gone leaves the others' paths as they are
+  const fs::path folder = fs::current_path(ignored);
   Words files;
   for (std::size_t index = first; index < arguments.operands.size(); ++index) {
     const std::string& operand = arguments.operands[index];
-    if (const auto local = FileNames::localPath(operand)) {
-      files.push_back(*local);
-    } else {
-      // An address stays what it is, so that it is refused as one.
-      files.push_back(FileNames::isAddress(operand) ? operand : absolutePath(operand).string());
-    }
+    requireName(operand);
+    files.push_back(FileNames::handedOver(operand, folder));
   }
   return files;
 }

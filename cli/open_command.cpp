@@ -8,6 +8,7 @@
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_names.h"
 #include "platform/files/platform_error.h"
+#include "platform/process/activation.h"
 #include "platform/process/desktop_host.h"
 #include "platform/process/launcher.h"
 
@@ -43,7 +44,7 @@ ExitStatus openCommand(const Arguments& arguments) {
     throw ConversionFailure::message("Choose a local file.");
   }
   // Paths are absolute, so none is taken for an option.
-  if (!DesktopHost::open({files.begin(), files.end()})) {
+  if (!DesktopHost::open({files.begin(), files.end()}, Activation::ofThisProcess())) {
     startDesktopHost(files);
   }
   return ExitStatus::done;

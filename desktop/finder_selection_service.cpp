@@ -27,7 +27,7 @@ constexpr std::size_t maximumChildren = 100;
 constexpr std::size_t maximumSelectedChildren = 20;
 
 /// A path that leads nowhere shows that the answer as a whole is not to be trusted.
-bool isCertain(const FilePath& path) {
+bool leadsSomewhere(const FilePath& path) {
   std::error_code error;
   return path.is_absolute() && path.native().find('\0') == std::string::npos &&
          std::filesystem::exists(std::filesystem::symlink_status(path, error));
@@ -134,7 +134,7 @@ std::vector<FilePath> FinderSelectionService::selectedFiles(
       files.push_back(std::move(*item));
     }
   }
-  return std::all_of(files.begin(), files.end(), isCertain) ? files : std::vector<FilePath>();
+  return std::all_of(files.begin(), files.end(), leadsSomewhere) ? files : std::vector<FilePath>();
 }
 
 std::optional<Rectangle> FinderSelectionService::selectedFrame(std::int64_t processIdentifier,

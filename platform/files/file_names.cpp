@@ -100,6 +100,13 @@ std::string localAddress(const std::filesystem::path& path) {
   return address;
 }
 
+std::filesystem::path handedOver(std::string_view word, const std::filesystem::path& folder) {
+  if (const auto path = localPath(word)) {
+    return *path;
+  }
+  return isAddress(word) ? std::filesystem::path(word) : folder / word;
+}
+
 std::string lower(std::string_view text) {
   std::string result(text);
   std::transform(result.begin(), result.end(), result.begin(), lowered);

@@ -23,6 +23,12 @@ namespace tolvane::FileNames {
 /// The reverse: the address of an absolute path. Holds no byte that has a meaning in addresses.
 [[nodiscard]] std::string localAddress(const std::filesystem::path& path);
 
+/// What a word names that is handed over from outside: the path in a local address, else the path
+/// itself. Another address stays what it is, so that it is refused as one.
+/// @param folder of a path that is not absolute.
+[[nodiscard]] std::filesystem::path handedOver(std::string_view word,
+                                               const std::filesystem::path& folder);
+
 [[nodiscard]] std::string lower(std::string_view text);
 [[nodiscard]] std::string upper(std::string_view text);
 

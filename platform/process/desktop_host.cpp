@@ -5,9 +5,9 @@
 
 namespace tolvane::DesktopHost {
 
-bool open(const std::vector<std::filesystem::path>& files) noexcept {
+bool open(const std::vector<std::filesystem::path>& files, const Activation& activation) noexcept {
   try {
-    return SessionBus::shared().openInDesktopHost(files);
+    return SessionBus::shared().openInDesktopHost(files, activation);
   } catch (const PlatformError&) {
     return false;  // an installation without the module has no D-Bus either
   }

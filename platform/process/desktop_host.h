@@ -3,17 +3,24 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/process/activation.h"
+
 /// The desktop host of the session, as it is found on the session bus.
 namespace tolvane::DesktopHost {
 
 inline constexpr const char* name = "app.tolvane.Desktop";
 inline constexpr const char* path = "/app/tolvane/Desktop";
 inline constexpr const char* interfaceName = "org.freedesktop.Application";
+/// Keys of the platform data of its calls (Desktop Entry Specification, "D-Bus Activation").
+inline constexpr const char* startupIdKey = "desktop-startup-id";
+inline constexpr const char* activationTokenKey = "activation-token";
 
 /// Hands files over to it; does not wait until it shows them. May take some milliseconds on the
 /// first call, and less than a second when the session bus is stuck.
 /// @param files absolute; none: it shows what is selected in the file manager.
+/// @param activation by which it may come to the front.
 /// @return false when none is running.
-[[nodiscard]] bool open(const std::vector<std::filesystem::path>& files) noexcept;
+[[nodiscard]] bool open(const std::vector<std::filesystem::path>& files,
+                        const Activation& activation) noexcept;
 
 }  // namespace tolvane::DesktopHost

@@ -28,7 +28,15 @@ class JobControlTest : public support::BridgeFixture {
   /// Runs one job to its end. @return the last event.
   Value outcomeOf(const Value::Map& arguments) {
     EXPECT_EQ(call("startJob", arguments), started);
-    runUntil([this] { return !bridge_->hasActiveJob(); });
+    return nextOutcome();
+  }
+
+  /// Waits for the end of the job. @return its event.
+  Value nextOutcome() {
+    const std::size_t before = events_.size();
+    runUntil([this, before] {
+      return events_.size() > before && events_.back()["type"] == Value("jobCompleted");
+    });
     return events_.back();
   }
 
@@ -104,7 +112,7 @@ TEST_F(JobControlTest, RefusesASecondJobAndLeavesTheFirstAlone) {
   EXPECT_EQ(call("startJob", jobArguments("second")), busy);
   EXPECT_EQ(call("startJob"), busy);
   release_.set_value();
-  runUntil([this] { return !bridge_->hasActiveJob(); });
+  nextOutcome();
   ASSERT_EQ(events_.size(), 1U);
   EXPECT_EQ(events_[0]["id"], Value("first"));
   EXPECT_EQ(events_[0]["status"], Value("completed"));
@@ -119,9 +127,9 @@ TEST_F(JobControlTest, CancelsAJobBeforeItsFirstCheck) {
   };
   call("startJob", jobArguments("1"));
   EXPECT_EQ(call("cancelJob"), ChannelReply(Value()));
-  EXPECT_TRUE(bridge_->hasActiveJob());
+  EXPECT_EQ(call("startJob", jobArguments("2")), busy);
   release_.set_value();
-  runUntil([this] { return !bridge_->hasActiveJob(); });
+  nextOutcome();
   call("cancelJob");
   finishEverything();
   ASSERT_EQ(events_.size(), 1U);
@@ -155,10 +163,10 @@ TEST_F(JobControlTest, TellsFailureFromCancellationByTheErrorAlone) {
       if (isTokenSet) {
         call("cancelJob");
       }
-      runUntil([this] { return !bridge_->hasActiveJob(); });
-      EXPECT_EQ(events_.back()["status"], Value(c.status));
-      EXPECT_EQ(events_.back()["error"], Value(c.error));
-      EXPECT_EQ(events_.back()["outputs"], Value(Value::List{}));
+      const Value outcome = nextOutcome();
+      EXPECT_EQ(outcome["status"], Value(c.status));
+      EXPECT_EQ(outcome["error"], Value(c.error));
+      EXPECT_EQ(outcome["outputs"], Value(Value::List{}));
     }
   }
 }
@@ -170,7 +178,6 @@ TEST_F(JobControlTest, AppliesAnOutcomeThatNobodyHears) {
   };
   EXPECT_EQ(call("startJob", jobArguments("1")), started);
   finishEverything();
-  EXPECT_FALSE(bridge_->hasActiveJob());
   EXPECT_TRUE(events_.empty());
   EXPECT_EQ(call("startJob", jobArguments("2")), started);
 }
@@ -188,13 +195,20 @@ TEST_F(JobControlTest, QuitsAfterTheOutcomeOfTheCancelledJob) {
   client_.onEvent(
       [&order](const Value::Map& event) { order.push_back(*valueAt(event, "status").text()); });
   const std::thread::id here = std::this_thread::get_id();
-  bridge_->quit([&] {
+  EXPECT_TRUE(bridge_->prepareToQuit([&] {
     order.emplace_back(std::this_thread::get_id() == here ? "done" : "done elsewhere");
     loop_.quit();
-  });
+  }));
   EXPECT_TRUE(order.empty());
   loop_.run();
   EXPECT_EQ(order, (std::vector<std::string>{"cancelled", "done"}));
+}
+
+TEST_F(JobControlTest, HasNothingToPrepareWithoutAJob) {
+  bool isUsed = false;
+  EXPECT_FALSE(bridge_->prepareToQuit([&isUsed] { isUsed = true; }));
+  finishEverything();
+  EXPECT_FALSE(isUsed);
 }
 
 TEST_F(JobControlTest, EndsTheJobWhenTheBridgeGoes) {

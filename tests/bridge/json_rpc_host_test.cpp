@@ -186,11 +186,22 @@ TEST_F(JsonRpcHostTest, QuitsAtTheEndOfInputWithoutAReply) {
   EXPECT_EQ(lines_, Lines{"finished"});
 }
 
+TEST_F(JsonRpcHostTest, TellsOfTheLastFilesBeforeItQuits) {
+  answersTo(R"({"jsonrpc":"2.0","method":"ready"})");
+  answersTo(R"({"jsonrpc":"2.0","method":"host.select","params":{"paths":["/none.pdf"]}})");
+  EXPECT_EQ(answersTo(R"({"jsonrpc":"2.0","id":9,"method":"host.quit"})"), Lines{});
+  loop_.run();
+  ASSERT_EQ(lines_.size(), 3U);
+  EXPECT_NE(lines_[0].find("1 file(s) unavailable. "), std::string::npos) << lines_[0];
+  EXPECT_EQ(lines_[1], R"({"id":9,"jsonrpc":"2.0","result":null})");
+  EXPECT_EQ(lines_[2], "finished");
+}
+
 TEST_F(JsonRpcHostTest, SaysNothingOnceItIsGone) {
   host_->receive(R"({"jsonrpc":"2.0","id":1,"method":"thumbnail",)"
                  R"("params":{"path":"/none.pdf","index":0}})");
   host_.reset();
-  bridge_.quit([this] { loop_.quit(); });
+  bridge_.whenWorkIsDone([this] { loop_.quit(); });
   loop_.run();
   EXPECT_EQ(lines_, Lines{});
 }

@@ -75,6 +75,14 @@ TEST_F(OpeningTest, TakesInFilesThatWereHandedOver) {
   EXPECT_THAT(eventTypes(), ElementsAre("selectionResolved", "openPalette", "selectionResolved"));
 }
 
+TEST_F(OpeningTest, IsEmptyWhenNoFilesWereHandedOver) {
+  record_.finderFiles = {file_};
+  bridge_->open(Bridge::Files());
+  EXPECT_THAT(record_.calls, ElementsAre("begin", "show"));
+  finishEverything();
+  EXPECT_THAT(eventTypes(), ElementsAre("selectionResolved", "openPalette"));
+}
+
 TEST_F(OpeningTest, TakesInDroppedFilesWithoutOpening) {
   record_.filesDropped({file_});
   finishEverything();

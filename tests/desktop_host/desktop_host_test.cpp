@@ -116,7 +116,8 @@ TEST_F(OpenCommandTest, StartsTheHostWhenNoneIsRunning) {
       "kill $(gdbus call --session -d org.freedesktop.DBus -o / -m "
       "org.freedesktop.DBus.GetConnectionUnixProcessID app.tolvane.Desktop | tr -cd ' 0-9' | "
       "cut -d ' ' -f 2)");
-  EXPECT_TRUE(eventually([] { return !isPaletteVisible(); }));
+  EXPECT_TRUE(eventually([] { return !support::isOnBus(support::hostName); }));
+  EXPECT_FALSE(isPaletteVisible());
 }
 
 }  // namespace

@@ -76,6 +76,13 @@ bool isPaletteVisible() {
   return !paletteSize().empty();
 }
 
+bool isOnBus(const std::string& name) {
+  return output(
+             "gdbus call --session -d org.freedesktop.DBus -o / "
+             "-m org.freedesktop.DBus.NameHasOwner " +
+             name) == "(true,)";
+}
+
 bool eventuallyActive(const std::string& title) {
   return eventually([&title] { return activeWindow() == title; });
 }

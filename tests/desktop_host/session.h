@@ -18,6 +18,7 @@ class Program {
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
+  [[nodiscard]] pid_t process() const { return process_; }
   void signal(int number) const;
   /// Waits until it ends. @return its exit status; -1 when a signal ended it.
   int wait();
@@ -43,6 +44,9 @@ inline void xdotool(const std::string& words) {
 /// "460x460"; empty while the palette is not on the screen.
 [[nodiscard]] std::string paletteSize();
 [[nodiscard]] bool isPaletteVisible();
+inline constexpr const char* hostName = "app.tolvane.Desktop";
+/// Whether the name has an owner on the session bus.
+[[nodiscard]] bool isOnBus(const std::string& name);
 [[nodiscard]] bool eventuallyActive(const std::string& title);
 
 /// A session with another window, which has the focus, and the pointer away from it.

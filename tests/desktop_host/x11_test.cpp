@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/desktop/x11/raw_input.h"
+#include "platform/desktop/x11/user_action.h"
 #include "platform/desktop/x11/x_event_taps.h"
 #include "platform/desktop/x11/x_front_application.h"
 #include "platform/desktop/x11/x_hot_keys.h"
@@ -50,7 +52,8 @@ class X11Test : public support::SessionTest {
 };
 
 TEST_F(X11Test, TellsWhichApplicationIsInFront) {
-  XFrontApplication front(server_);
+  const QWindow palette;
+  XFrontApplication front(server_, palette);
   const auto terminal = front.current();
   ASSERT_TRUE(terminal);
   EXPECT_EQ(terminal->bundleIdentifier, "xterm");
@@ -67,6 +70,56 @@ TEST_F(X11Test, TellsWhichApplicationIsInFront) {
   }
   EXPECT_TRUE(eventuallyActive("other"));
   EXPECT_TRUE(front.isRunning(*terminal));
+}
+
+TEST_F(X11Test, LooksThroughThePaletteAtTheApplicationBehindIt) {
+  QWindow palette;
+  palette.setTitle("palette");
+  QWindow settings;
+  settings.setTitle("settings");
+  const XFrontApplication front(server_, palette);
+  const auto windowInFront = [&front](QWindow& window, const char* title) {
+    window.show();
+    window.requestActivate();
+    EXPECT_TRUE(eventuallyInLoop([title] { return support::activeWindow() == title; }));
+    return front.current();
+  };
+  auto behind = windowInFront(palette, "palette");
+  ASSERT_TRUE(behind);
+  EXPECT_EQ(behind->bundleIdentifier, "xterm");
+  EXPECT_FALSE(behind->isThisProcess);
+
+  auto manager = std::make_optional<Program>(
+      std::vector<std::string>{"xterm", "-class", "Thunar", "-T", "files"});
+  ASSERT_TRUE(eventuallyInLoop([] { return support::activeWindow() == "files"; }));
+  behind = windowInFront(palette, "palette");
+  ASSERT_TRUE(behind);
+  EXPECT_EQ(behind->bundleIdentifier, fileManagerBundle) << "it came to the front meanwhile";
+  manager.reset();
+  EXPECT_TRUE(eventuallyInLoop([&front] { return !front.current(); }));
+
+  behind = windowInFront(settings, "settings");
+  ASSERT_TRUE(behind);
+  EXPECT_TRUE(behind->isThisProcess);
+}
+
+TEST_F(X11Test, FollowsTheTimeOfAnActionThatIsNotLongAgo) {
+  const XTime now = server_.now();
+  const auto timeWith = [this](const std::string& startupId) {
+    const UserAction action(server_, startupId);
+    return server_.userTime();
+  };
+  EXPECT_EQ(timeWith("host-1-a_TIME" + std::to_string(now - 5000)), now - 5000);
+  for (const std::string& other : {"host-1-a_TIME" + std::to_string(now - 60'000),
+                                   "host-1-a_TIME" + std::to_string(now + 60'000),
+                                   "host-1-a_TIME" + std::to_string(now) + "x",
+                                   std::string("host-1-a_TIME"),
+                                   std::string("host-1-a"),
+                                   std::string()}) {
+    const XTime time = timeWith(other);
+    EXPECT_GE(time, now) << other;
+    EXPECT_LE(time, server_.now()) << other;
+  }
 }
 
 TEST_F(X11Test, TapsSecondaryPressesInOtherApplications) {

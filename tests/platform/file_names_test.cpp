@@ -54,6 +54,13 @@ TEST(AddressTest, IsToldFromAPath) {
   }
 }
 
+TEST(FileNamesTest, TakesWordsForLocalFilesAndKeepsOtherAddresses) {
+  EXPECT_EQ(FileNames::handedOver("a b.pdf", "/here"), "/here/a b.pdf");
+  EXPECT_EQ(FileNames::handedOver("/a%20b.pdf", "/here"), "/a%20b.pdf");
+  EXPECT_EQ(FileNames::handedOver("file:///a%20b.pdf", "/here"), "/a b.pdf");
+  EXPECT_EQ(FileNames::handedOver("sftp://server/a.pdf", "/here"), "sftp://server/a.pdf");
+}
+
 TEST(FileNamesTest, WritesAddressesThatLeadBack) {
   EXPECT_EQ(FileNames::localAddress("/tmp/a-b_c.d~1/X"), "file:///tmp/a-b_c.d~1/X");
   const std::string path = "/a b/50%#?&+;=:@é\n/$(\"'";

@@ -38,8 +38,8 @@ class BridgeFixture : public ::testing::Test {
     return *answer;
   }
 
-  /// Every condition that a test waits for is met by an event, a reply or quit(): each ends one
-  /// run of the loop.
+  /// Every condition that a test waits for is met by an event, a reply or whenWorkIsDone(): each
+  /// ends one run of the loop.
   void runUntil(const std::function<bool()>& isMet) {
     while (!isMet()) {
       loop_.run();
@@ -49,7 +49,7 @@ class BridgeFixture : public ::testing::Test {
   /// Lets the worker and the main thread come to the end of what they have.
   void finishEverything() {
     bool isDone = false;
-    bridge_->quit([this, &isDone] {
+    bridge_->whenWorkIsDone([this, &isDone] {
       isDone = true;
       loop_.quit();
     });

@@ -15,6 +15,7 @@ namespace tolvane {
 
 namespace {
 
+constexpr const char* noAnswer = "The file manager does not answer in time.";
 constexpr const char* nautilus = "org.gnome.Nautilus";
 /// Dolphin numbers the windows of a process from 1; few users have more.
 constexpr int dolphinWindows = 4;
@@ -55,18 +56,21 @@ std::vector<FileManagerSelection::Item> AtspiFileManagerSelection::items(
   if (!application) {
     throw PlatformError("The file manager does not show its elements.");
   }
-  const FileManagerFacts* const facts = fileManagerFacts(reader.name(*application));
+  const auto name = reader.name(*application);
+  if (!name) {
+    throw PlatformError(noAnswer);
+  }
+  const FileManagerFacts* const facts = fileManagerFacts(*name);
   if (facts == nullptr) {
     return {};
   }
   const auto window = reader.activeWindow(*application, *facts);
-  if (!window) {
-    return {};
-  }
-  const RecognizedSelection found = SelectionRecognizer::selection(
-      *window, *facts, folders(*window, *facts, fileManager, deadline));
+  const RecognizedSelection found =
+      window ? SelectionRecognizer::selection(
+                   *window, *facts, folders(*window, *facts, fileManager, deadline))
+             : RecognizedSelection();
   if (Deadline::clock::now() >= deadline) {
-    return {};
+    throw PlatformError(noAnswer);
   }
   if (found.element) {
     const auto place = places_(fileManager.window);
@@ -88,11 +92,13 @@ AtspiFileManagerSelection::Paths AtspiFileManagerSelection::folders(
       return openFolders(window, fileManager, deadline);
     case FileManagerFacts::Folder::breadcrumbOfPlaces:
       return confirmedFolders(
-          FolderRecognizer::candidates(window, home_), fileManager.processIdentifier, deadline);
+          FolderRecognizer::candidates(window, home_, FolderRecognizer::RowStart::rootOrPlace),
+          fileManager.processIdentifier,
+          deadline);
     case FileManagerFacts::Folder::toolBar:
       break;
   }
-  return FolderRecognizer::candidates(window, home_);
+  return FolderRecognizer::candidates(window, home_, FolderRecognizer::RowStart::root);
 }
 
 /// By the file manager's own list of its windows and the tabs in them.

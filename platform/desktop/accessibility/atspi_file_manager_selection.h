@@ -15,8 +15,8 @@
 
 namespace tolvane {
 
-/// Reads the active window of the file manager, which takes 20 to 80 ms, and ends after 180 ms
-/// with what it has: nothing. Main thread only.
+/// Reads the active window of the file manager, which takes 20 to 80 ms, and gives up after 180 ms.
+/// Main thread only.
 class AtspiFileManagerSelection final : public FileManagerSelection {
  public:
   /// Of the 180 ms that the user may wait; the rest is for the disk and for waking up late.
@@ -30,8 +30,8 @@ class AtspiFileManagerSelection final : public FileManagerSelection {
                             std::shared_ptr<std::optional<ShownFile>> shown,
                             std::chrono::milliseconds searchTime = defaultSearchTime);
 
-  /// @throws PlatformError when the session has no accessibility bus, or the file manager is not
-  /// on it.
+  /// @throws PlatformError when the session has no accessibility bus, the file manager is not on
+  /// it, or does not answer in time.
   [[nodiscard]] std::vector<Item> items(const RunningApplication& fileManager) override;
 
  private:

@@ -42,7 +42,7 @@ class AtspiElement final : public AccessibleElement {
     return answer.isAnswered ? std::optional(answer.text) : std::nullopt;
   }
   [[nodiscard]] std::optional<Point> position() const override {
-    const AccessibleAnswer answer = ask(Ask::extents);
+    const AccessibleAnswer& answer = extents();
     if (!answer.isAnswered || (application_->isRelativeToWindow && !application_->shown)) {
       return std::nullopt;
     }
@@ -51,7 +51,7 @@ class AtspiElement final : public AccessibleElement {
     return Point{origin.x + answer.extents.x, origin.y + answer.extents.y};
   }
   [[nodiscard]] std::optional<Size> size() const override {
-    const AccessibleAnswer answer = ask(Ask::extents);
+    const AccessibleAnswer& answer = extents();
     return answer.isAnswered ? std::optional(Size{answer.extents.width, answer.extents.height})
                              : std::nullopt;
   }
@@ -79,6 +79,14 @@ class AtspiElement final : public AccessibleElement {
     return application_->shown && application_->shown->element == reference_;
   }
 
+  /// Asked once: position and size are wanted of the same moment.
+  [[nodiscard]] const AccessibleAnswer& extents() const {
+    if (!extents_) {
+      extents_ = ask(Ask::extents);
+    }
+    return *extents_;
+  }
+
   [[nodiscard]] AccessibleAnswer ask(Ask what, int index = 0) const {
     const auto deadline =
         AccessibleQuestions::Deadline::clock::now() + application_->messagingTimeout;
@@ -102,6 +110,7 @@ class AtspiElement final : public AccessibleElement {
 
   std::shared_ptr<const Application> application_;
   AccessibleReference reference_;
+  mutable std::optional<AccessibleAnswer> extents_;
 };
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace tolvane {
 /// What is known of one file manager's window.
 struct FileManagerFacts {
   enum class Folder {
-    toolBar,             ///< the location entry or the breadcrumbs in the window
+    toolBar,             ///< the location entry, or breadcrumbs from the root on
     openWindows,         ///< org.freedesktop.FileManager1
     breadcrumbOfPlaces,  ///< breadcrumbs that start at a place; the manager confirms the folder
   };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -33,7 +34,8 @@ bool startsWithName(const std::string& title, const std::string& name) {
 
 class Candidates {
  public:
-  Candidates(const std::string& title, const Path& home) : title_(title), home_(home) {}
+  Candidates(const std::string& title, const Path& home, RowStart start)
+      : title_(title), home_(home), start_(start) {}
 
   void addLocation(const std::string& text) {
     if (text.starts_with("file://")) {
@@ -61,7 +63,12 @@ class Candidates {
  private:
   void addRunsOf(const Row& row) {
     for (std::size_t first = 0; first < row.size(); ++first) {
-      std::optional<Path> path = root(row[first].name);
+      std::optional<Path> path;
+      if (isRoot(row, first)) {
+        path = "/";
+      } else if (isHome(row[first].name)) {
+        path = home_;
+      }
       for (std::size_t i = first; path && i < row.size(); ++i) {
         const Part& part = row[i];
         if (i > first) {
@@ -75,11 +82,16 @@ class Candidates {
     }
   }
 
-  [[nodiscard]] std::optional<Path> root(const std::string& name) const {
-    if (name == "/" || name.empty()) {
-      return "/";
-    }
-    return name == "Home" || name == home_.filename() ? std::optional(home_) : std::nullopt;
+  /// A button without a name may be any place's, unless nothing with a name stands before it.
+  static bool isRoot(const Row& row, std::size_t index) {
+    const auto end = row.begin() + static_cast<std::ptrdiff_t>(index);
+    return row[index].name == "/" ||
+           (row[index].name.empty() &&
+            std::all_of(row.begin(), end, [](const Part& part) { return part.name.empty(); }));
+  }
+
+  [[nodiscard]] bool isHome(const std::string& name) const {
+    return start_ == RowStart::rootOrPlace && (name == "Home" || name == home_.filename());
   }
 
   void addTitled(const Path& path) {
@@ -106,6 +118,7 @@ class Candidates {
 
   const std::string& title_;
   const Path& home_;
+  RowStart start_;
   std::vector<Path> folders_;
 };
 
@@ -137,8 +150,8 @@ void addRows(const WindowNode& node, Candidates& candidates) {
 
 }  // namespace
 
-std::vector<Path> candidates(const WindowNode& window, const Path& home) {
-  Candidates found(window.name, home);
+std::vector<Path> candidates(const WindowNode& window, const Path& home, RowStart start) {
+  Candidates found(window.name, home, start);
   addLocations(window, found);
   if (found.folders().empty()) {
     addRows(window, found);

@@ -129,7 +129,8 @@ std::optional<Items> itemInStatusBar(const std::vector<std::string>& labels, con
   return names.size() == 1 ? std::optional(Items{{*names.begin(), std::nullopt}}) : std::nullopt;
 }
 
-bool isCertain(const ViewSelection& view) {
+/// @return whether all of it was read, and is of the folder that the window shows.
+bool isWholeAndFlat(const ViewSelection& view) {
   return view.isCertain && std::none_of(view.cells.begin(),
                                         view.cells.end(),
                                         [](const SelectedCell& cell) { return cell.isNested; });
@@ -160,7 +161,8 @@ RecognizedSelection SelectionRecognizer::selection(const WindowNode& window,
   std::vector<const ViewSelection*> views;
   addViews(window, views);
   const bool isInStatusBar = views.empty() && facts.namesOneFileInStatusBar;
-  if (!isInStatusBar && (views.size() != 1 || !isCertain(*views[0]) || views[0]->cells.empty())) {
+  if (!isInStatusBar &&
+      (views.size() != 1 || !isWholeAndFlat(*views[0]) || views[0]->cells.empty())) {
     return {};
   }
   const std::vector<std::string> labels = countLabels(window, facts);

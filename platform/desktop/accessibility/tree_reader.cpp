@@ -101,8 +101,9 @@ std::optional<AccessibleReference> TreeReader::application(std::int64_t processI
   return std::nullopt;
 }
 
-std::string TreeReader::name(const AccessibleReference& element) {
-  return askEach({element}, {Ask::name}).front().text;
+std::optional<std::string> TreeReader::name(const AccessibleReference& element) {
+  AccessibleAnswer answer = askEach({element}, {Ask::name}).front();
+  return answer.isAnswered ? std::optional(std::move(answer.text)) : std::nullopt;
 }
 
 std::optional<AccessibleReference> TreeReader::activeFrame(const AccessibleReference& application) {

@@ -25,7 +25,8 @@ class TreeReader {
 
   /// The element of a process's application; nullopt when none of its elements are on the bus.
   [[nodiscard]] std::optional<AccessibleReference> application(std::int64_t processIdentifier);
-  [[nodiscard]] std::string name(const AccessibleReference& element);
+  /// @return nullopt when the element does not answer.
+  [[nodiscard]] std::optional<std::string> name(const AccessibleReference& element);
 
   /// @return nullopt when it is not certain which window is the active one, or when the deadline
   /// passed before all was read.

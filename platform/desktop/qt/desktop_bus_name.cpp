@@ -2,46 +2,73 @@
 
 #include <utility>
 
+#include <QDBusArgument>
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
 #include <QDBusVirtualObject>
 #include <QVariantMap>
 
 #include "platform/files/file_names.h"
+#include "platform/files/platform_error.h"
 #include "platform/process/desktop_host.h"
 
 namespace tolvane {
 
 namespace {
 
+using Request = DesktopBusName::Request;
+
 constexpr const char* introspection = R"(<interface name="org.freedesktop.Application">
 <method name="Activate"><arg type="a{sv}" name="platform_data" direction="in"/></method>
 <method name="Open"><arg type="as" name="uris" direction="in"/>
 <arg type="a{sv}" name="platform_data" direction="in"/></method>
-<method name="ActivateAction"><arg type="s" name="action_name" direction="in"/>
-<arg type="av" name="parameter" direction="in"/>
-<arg type="a{sv}" name="platform_data" direction="in"/></method>
 </interface>)";
 
-/// Addresses of local files, or paths; others do not count.
-DesktopBusName::Files filesIn(const QVariant& argument) {
+DesktopBusName::Files filesIn(const QVariant& addresses) {
+  // Who calls us stands in a folder of its own, which it does not tell.
+  constexpr const char* noFolder = "/";
   DesktopBusName::Files files;
-  for (const QString& word : argument.toStringList()) {
-    const std::string text = word.toStdString();
-    if (text.starts_with('/')) {
-      files.emplace_back(text);
-    } else if (const auto path = FileNames::localPath(text)) {
-      files.emplace_back(*path);
-    }
+  for (const QString& word : addresses.toStringList()) {
+    files.push_back(FileNames::handedOver(word.toStdString(), noFolder));
   }
   return files;
+}
+
+Activation activationIn(const QVariant& platformData) {
+  const auto values = qdbus_cast<QVariantMap>(platformData);
+  return {values.value(DesktopHost::startupIdKey).toString().toStdString(),
+          values.value(DesktopHost::activationTokenKey).toString().toStdString()};
+}
+
+QStringList addressesOf(const DesktopBusName::Files& files) {
+  QStringList addresses;
+  for (const std::filesystem::path& file : files) {
+    const std::string text = file.string();
+    addresses << QString::fromStdString(FileNames::isAddress(text) ? text
+                                                                   : FileNames::localAddress(file));
+  }
+  return addresses;
+}
+
+QVariantMap platformDataOf(const Activation& activation) {
+  QVariantMap values;
+  if (!activation.startupId.empty()) {
+    values[DesktopHost::startupIdKey] = QString::fromStdString(activation.startupId);
+  }
+  if (!activation.token.empty()) {
+    values[DesktopHost::activationTokenKey] = QString::fromStdString(activation.token);
+  }
+  return values;
 }
 
 }  // namespace
 
 class DesktopBusName::Object final : public QDBusVirtualObject {
  public:
-  explicit Object(Requests requests) : requests_(std::move(requests)) {}
+  explicit Object(std::function<void(const Request&)> requested)
+      : requested_(std::move(requested)) {}
 
   [[nodiscard]] QString introspect(const QString&) const override { return introspection; }
 
@@ -50,22 +77,27 @@ class DesktopBusName::Object final : public QDBusVirtualObject {
       return false;
     }
     const QList<QVariant> arguments = message.arguments();
-    const Files files =
-        message.member() == "Open" && !arguments.isEmpty() ? filesIn(arguments.first()) : Files();
-    if (message.member() != "Activate" && message.member() != "Open") {
-      return false;
+    const QString form = message.member() + " " + message.signature();
+    if (form == "Activate a{sv}") {
+      take({std::nullopt, activationIn(arguments[0])}, message, connection);
+      return true;
     }
-    connection.send(message.createReply());
-    if (files.empty()) {
-      requests_.activate();
-    } else {
-      requests_.open(files);
+    if (form == "Open asa{sv}") {
+      take({filesIn(arguments[0]), activationIn(arguments[1])}, message, connection);
+      return true;
     }
-    return true;
+    return false;
   }
 
  private:
-  Requests requests_;
+  void take(const Request& request,
+            const QDBusMessage& message,
+            const QDBusConnection& connection) const {
+    connection.send(message.createReply());
+    requested_(request);
+  }
+
+  std::function<void(const Request&)> requested_;
 };
 
 DesktopBusName::DesktopBusName() = default;
@@ -77,35 +109,38 @@ DesktopBusName::~DesktopBusName() {
   }
 }
 
-bool DesktopBusName::claim(Requests requests) {
+bool DesktopBusName::claim(std::function<void(const Request&)> requested) {
   QDBusConnection bus = QDBusConnection::sessionBus();
   if (!bus.isConnected()) {
     return true;
   }
-  // The object first: who sees the name may call it at once.
-  auto object = std::make_unique<Object>(std::move(requests));
+  // The object first: who sees the name may call it at once. Without the name, its end takes it
+  // from the bus again.
+  auto object = std::make_unique<Object>(std::move(requested));
   bus.registerVirtualObject(DesktopHost::path, object.get());
-  if (!bus.registerService(DesktopHost::name)) {
-    bus.unregisterObject(DesktopHost::path);
+  const auto reply = bus.interface()->registerService(DesktopHost::name);
+  if (!reply.isValid()) {
+    throw PlatformError(reply.error().message().toStdString());
+  }
+  if (reply.value() != QDBusConnectionInterface::ServiceRegistered) {
     return false;
   }
   object_ = std::move(object);
   return true;
 }
 
-void DesktopBusName::handOver(const Files& files) {
+void DesktopBusName::handOver(const Request& request) {
   auto call = QDBusMessage::createMethodCall(DesktopHost::name,
                                              DesktopHost::path,
                                              DesktopHost::interfaceName,
-                                             files.empty() ? "Activate" : "Open");
-  QStringList addresses;
-  for (const std::filesystem::path& file : files) {
-    addresses << QString::fromStdString(FileNames::localAddress(file));
+                                             request.files ? "Open" : "Activate");
+  const QVariantMap platformData = platformDataOf(request.activation);
+  call.setArguments(request.files ? QVariantList{addressesOf(*request.files), platformData}
+                                  : QVariantList{platformData});
+  const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
+  if (reply.type() == QDBusMessage::ErrorMessage) {
+    throw PlatformError(reply.errorMessage().toStdString());
   }
-  const QVariantMap noPlatformData;
-  call.setArguments(files.empty() ? QVariantList{noPlatformData}
-                                  : QVariantList{addresses, noPlatformData});
-  QDBusConnection::sessionBus().call(call);
 }
 
 }  // namespace tolvane

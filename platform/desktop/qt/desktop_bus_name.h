@@ -6,6 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/process/activation.h"
+
 namespace tolvane {
 
 /// The one desktop host of a session: it owns a name on the session bus and is asked under it to
@@ -13,9 +15,12 @@ namespace tolvane {
 class DesktopBusName {
  public:
   using Files = std::vector<std::filesystem::path>;
-  struct Requests {
-    std::function<void()> activate;   ///< without files
-    std::function<void(Files)> open;  ///< at least one, absolute
+
+  /// What the host is asked for.
+  struct Request {
+    /// Absolute, or addresses that are not local; also none. Absent: the host only shows up.
+    std::optional<Files> files;
+    Activation activation;
   };
 
   DesktopBusName();
@@ -25,12 +30,14 @@ class DesktopBusName {
   DesktopBusName& operator=(const DesktopBusName&) = delete;
 
   /// Without a session bus this process counts as the only one.
+  /// @param requested called for each request that comes in later.
   /// @return false when another process has the name.
-  [[nodiscard]] bool claim(Requests requests);
+  /// @throws PlatformError when the bus refuses the name.
+  [[nodiscard]] bool claim(std::function<void(const Request&)> requested);
 
   /// Hands the request over to the process that has the name, and waits until it was taken.
-  /// @param files empty: only asks it to show up.
-  static void handOver(const Files& files);
+  /// @throws PlatformError when it was not.
+  static void handOver(const Request& request);
 
  private:
   class Object;

@@ -1,22 +1,33 @@
 #pragma once
 
 #include "platform/desktop/front_application.h"
+#include "platform/desktop/x11/x_event_filter.h"
 #include "platform/desktop/x11/x_server.h"
+
+class QWindow;
 
 namespace tolvane {
 
 /// The application of the active window, as the window manager tells it. The handle is that window.
+/// The palette takes the keyboard, but not the front: while it is active, the window that was so
+/// before it counts.
 class XFrontApplication final : public FrontApplication {
  public:
-  /// @param server not owned; outlives this object.
-  explicit XFrontApplication(XServer& server) : server_(server) {}
+  /// Neither is owned; both outlive this object.
+  XFrontApplication(XServer& server, const QWindow& palette);
 
   [[nodiscard]] std::optional<RunningApplication> current() const override;
   [[nodiscard]] bool isRunning(const RunningApplication& application) const override;
   void activate(const RunningApplication& application) override;
 
  private:
+  [[nodiscard]] bool isPalette(XWindow window) const;
+  void follow(const XEvent& event);
+
   XServer& server_;
+  const QWindow& palette_;
+  mutable XWindow front_;  // the palette aside; what current() has seen may not have been told yet
+  XEventFilter events_;
 };
 
 }  // namespace tolvane

@@ -63,6 +63,9 @@ class XServer {
 
   /// The server's time now, for a user's action that came without a time of its own.
   [[nodiscard]] XTime now() const;
+  /// The time of the user's action that is being followed; now() unless another was set.
+  [[nodiscard]] XTime userTime() const { return userTime_ ? *userTime_ : now(); }
+  void setUserTime(std::optional<XTime> time) { userTime_ = time; }
 
  private:
   class Clock;
@@ -71,6 +74,7 @@ class XServer {
   XWindow root_;
   mutable std::map<std::string, XAtom> atoms_;
   std::unique_ptr<Clock> clock_;
+  std::optional<XTime> userTime_;
 };
 
 }  // namespace tolvane

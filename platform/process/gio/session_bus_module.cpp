@@ -1,5 +1,6 @@
 #include <gio/gio.h>
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "platform/process/desktop_host.h"
@@ -150,9 +151,19 @@ bool send(GDBusConnection* bus, const Call& call) {
   return g_dbus_connection_flush_sync(bus, nullptr, nullptr) != FALSE;
 }
 
-GVariant* applicationArguments(const std::vector<std::filesystem::path>& files) {
+/// D-Bus carries no text that is not UTF-8.
+void addText(GVariantBuilder& dictionary, const char* key, const std::string& text) {
+  if (!text.empty() && g_utf8_validate(text.c_str(), -1, nullptr) != FALSE) {
+    g_variant_builder_add(&dictionary, "{sv}", key, g_variant_new_string(text.c_str()));
+  }
+}
+
+GVariant* applicationArguments(const std::vector<std::filesystem::path>& files,
+                               const Activation& activation) {
   GVariantBuilder platformData;
   g_variant_builder_init(&platformData, G_VARIANT_TYPE("a{sv}"));
+  addText(platformData, DesktopHost::startupIdKey, activation.startupId);
+  addText(platformData, DesktopHost::activationTokenKey, activation.token);
   if (files.empty()) {
     return g_variant_new("(a{sv})", &platformData);
   }
@@ -177,7 +188,8 @@ class GioSessionBus final : public SessionBus {
                  g_variant_new("(ass)", &addresses, noStartupId)});
   }
 
-  bool openInDesktopHost(const std::vector<std::filesystem::path>& files) override {
+  bool openInDesktopHost(const std::vector<std::filesystem::path>& files,
+                         const Activation& activation) override {
     const Connection bus = connect();
     return bus && isOwned(bus.get(), DesktopHost::name) &&
            send(bus.get(),
@@ -185,7 +197,7 @@ class GioSessionBus final : public SessionBus {
                  DesktopHost::path,
                  DesktopHost::interfaceName,
                  files.empty() ? "Activate" : "Open",
-                 applicationArguments(files)});
+                 applicationArguments(files, activation)});
   }
 };
 

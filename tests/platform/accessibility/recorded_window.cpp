@@ -98,10 +98,6 @@ RecordedWindow::RecordedWindow(const std::string& name, const std::filesystem::p
 
 std::vector<AccessibleAnswer> RecordedWindow::ask(const std::vector<AccessibleQuestion>& questions,
                                                   Deadline deadline) {
-  if (isStuck) {
-    std::this_thread::sleep_until(deadline);
-    return std::vector<AccessibleAnswer>(questions.size());
-  }
   std::map<std::string, const json*> elements;
   find(application, [&elements](const json& node) {
     elements["/" + node["id"].dump()] = &node;
@@ -110,8 +106,15 @@ std::vector<AccessibleAnswer> RecordedWindow::ask(const std::vector<AccessibleQu
   std::vector<AccessibleAnswer> answers;
   for (const AccessibleQuestion& question : questions) {
     const auto found = elements.find(question.element.path);
-    answers.push_back(found == elements.end() ? answerOfSession(question)
-                                              : answerOf(*found->second, question));
+    if (found == elements.end()) {
+      answers.push_back(answerOfSession(question));
+    } else if (unanswered.contains(question.ask)) {
+      std::this_thread::sleep_until(deadline);
+      answers.emplace_back();
+    } else {
+      extentsAsked += question.ask == Ask::extents ? 1 : 0;
+      answers.push_back(answerOf(*found->second, question));
+    }
   }
   return answers;
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,7 +32,8 @@ class RecordedWindow final : public AccessibleQuestions {
   nlohmann::json application;
   std::map<std::string, std::vector<std::string>> openWindows;
   bool confirmsLocations = true;
-  bool isStuck = false;  ///< answers nothing until the deadline
+  std::set<Ask> unanswered;  ///< what its own elements leave unanswered until the deadline
+  int extentsAsked = 0;      ///< how often
 
  private:
   [[nodiscard]] AccessibleAnswer answerOfSession(const AccessibleQuestion& question) const;

@@ -1,0 +1,251 @@
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/desktop_host/session.h"
+#include "tests/support/eventually.h"
+#include "tests/support/script_folder.h"
+
+namespace tolvane {
+namespace {
+
+namespace fs = std::filesystem;
+using support::eventually;
+using support::eventuallyActive;
+using support::Host;
+using support::isOnBus;
+using support::isPaletteVisible;
+using support::output;
+using support::paletteSize;
+using support::Program;
+using support::xdotool;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+constexpr const char* wheel = "460x460";
+
+std::string onBus(const std::string& words) {
+  return output("gdbus call --session " + words);
+}
+
+std::string openOnBus(const std::string& addresses) {
+  return onBus(std::string("-d ") + support::hostName +
+               " -o /app/tolvane/Desktop -m org.freedesktop.Application.Open '" + addresses +
+               "' '{}'");
+}
+
+/// Presses what has that name in the host's windows, as a screen reader would.
+void press(const std::string& name) {
+  EXPECT_EQ(output(std::string("/usr/bin/python3 ") + ACCESSIBLE + " press '" + name + "'"), "");
+}
+
+std::string namesOnScreen() {
+  return output(std::string("/usr/bin/python3 ") + ACCESSIBLE + " names");
+}
+
+/// A host whose interface can be read and pressed.
+class RunningHostTest : public support::SessionTest {
+ protected:
+  RunningHostTest() { ::setenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1", 1); }
+
+  void SetUp() override {
+    SessionTest::SetUp();
+    host_.emplace();
+  }
+
+  void openPalette() const {
+    xdotool("key ctrl+alt+c");
+    ASSERT_TRUE(eventuallyActive("tolvane"));
+  }
+  void openSettings() const {
+    openPalette();
+    press("Settings");
+    ASSERT_TRUE(eventuallyActive("tolvane Settings"));
+  }
+  void openFile(const fs::path& file) const {
+    ASSERT_EQ(output(std::string(TOLVANE_PROGRAM) + " open '" + file.string() + "'"), "");
+    ASSERT_TRUE(eventually([] { return paletteSize() == wheel; }));
+  }
+
+  support::ScriptFolder scripts_;  // before the host, which looks for programs there
+  std::optional<Host> host_;
+};
+
+TEST_F(RunningHostTest, TheGestureOpensThePaletteOverAFileManagerOnly) {
+  openSettings();
+  press("Shift and right click in the file manager");
+  ASSERT_TRUE(eventually([] {
+    return namesOnScreen().find("Shift and right click in the file manager (on)") !=
+           std::string::npos;
+  }));
+  xdotool("key Escape");
+  ASSERT_TRUE(eventuallyActive("tolvane"));
+  xdotool("key Escape");
+  ASSERT_TRUE(eventuallyActive("other"));
+  const auto click = [] {
+    xdotool("mousemove 1000 700 keydown shift click 3 sleep 0.3 keyup shift");
+  };
+  click();
+  EXPECT_FALSE(isPaletteVisible());
+  const Program manager({"xterm", "-class", "Thunar", "-geometry", "60x20+900+550", "-T", "files"});
+  ASSERT_TRUE(eventuallyActive("files"));
+  click();
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+  EXPECT_THAT(namesOnScreen(),
+              HasSubstr("The clicked file cannot be verified safely. Drop or "
+                        "choose the file to confirm it."));
+}
+
+TEST_F(RunningHostTest, TheSettingsSwitchLaunchAtLogin) {
+  const fs::path entry = fs::path(std::getenv("XDG_CONFIG_HOME")) / "autostart/app.tolvane.desktop";
+  openSettings();
+  ASSERT_FALSE(fs::exists(entry));
+  press("Launch at login");
+  EXPECT_TRUE(eventually([&entry] { return fs::exists(entry); }));
+  EXPECT_THAT(support::contentOf(entry), HasSubstr("Exec=\"" TOLVANE_DESKTOP "\""));
+  press("Launch at login");
+  EXPECT_TRUE(eventually([&entry] { return !fs::exists(entry); }));
+}
+
+TEST_F(RunningHostTest, TheOpenPanelReturnsFilesAlsoWhenAskedForTwice) {
+  const std::string file = folder_.write("a b.csv", "1,2\n");
+  openPalette();
+  press("Choose Files…");
+  ASSERT_TRUE(eventuallyActive("Choose Files"));
+  press("Choose Files…");
+  xdotool("mousemove 1500 50 click 1");  // the palette stays for the panel
+  EXPECT_TRUE(isPaletteVisible());
+  const std::string panels = "xdotool search --onlyvisible --name '^Choose Files$' | wc -l";
+  EXPECT_EQ(output(panels), "1");
+  xdotool("search --onlyvisible --name '^Choose Files$' windowactivate --sync");
+  xdotool("type '" + file + "'");
+  xdotool("key Return");
+  EXPECT_TRUE(eventually([] { return paletteSize() == wheel; }));
+  EXPECT_EQ(output(panels), "0");
+  ASSERT_TRUE(eventuallyActive("tolvane"));
+  xdotool("mousemove 1500 50 click 1");  // it can be dismissed again
+  EXPECT_TRUE(eventually([] { return !isPaletteVisible(); }));
+}
+
+/// A program that only has a name on the bus, and answers every call with an error.
+class NameOwner : public Program {
+ public:
+  explicit NameOwner(const std::string& name)
+      : Program({"/usr/bin/python3",
+                 "-c",
+                 "import sys; from gi.repository import Gio, GLib; "
+                 "Gio.bus_own_name(Gio.BusType.SESSION, sys.argv[1], 0, None, None, None); "
+                 "GLib.MainLoop().run()",
+                 name}) {
+    EXPECT_TRUE(eventually([&name] { return isOnBus(name); }));
+  }
+};
+
+TEST_F(RunningHostTest, AResultIsRevealedOpenedAndItsPathCopied) {
+  scripts_.addRecorder("xdg-open", "opened");
+  const NameOwner fileManager("org.freedesktop.FileManager1");
+  const fs::path calls = folder_.write("calls", "");
+  const Program monitor(
+      {"sh", "-c", "exec dbus-monitor member=ShowItems > '" + calls.string() + "'"});
+  const fs::path picture = folder_ / "red.png";
+  output("convert -size 8x8 xc:red '" + picture.string() + "'");
+  openFile(picture);
+  press("JPEG, .jpg");
+  press("Start");
+  press("Copy Path");
+  const std::string result = (folder_ / "red.jpg").string();
+  EXPECT_TRUE(eventually([&result] { return output("xclip -selection clipboard -o") == result; }));
+  press("Open");
+  EXPECT_EQ(scripts_.take("opened"), result + "\n");
+  press("Show");
+  EXPECT_TRUE(eventually([&] {
+    return support::contentOf(calls).find("\"file://" + result + "\"") != std::string::npos;
+  }));
+}
+
+/// Two minutes, of which two seconds were encoded: long to convert, quick to make.
+fs::path writeFilm(const support::TemporaryFolder& folder) {
+  const fs::path part = folder / "part.mp4";
+  fs::path film = folder / "film.mp4";
+  EXPECT_EQ(output("ffmpeg -v error -f lavfi -i testsrc2=s=640x360:r=30:d=2 -c:v mpeg4 '" +
+                   part.string() + "' && ffmpeg -v error -stream_loop 59 -i '" + part.string() +
+                   "' -c copy '" + film.string() + "'"),
+            "");
+  fs::remove(part);
+  return film;
+}
+
+TEST_F(RunningHostTest, QuittingEndsARunningJobWithoutATrace) {
+  openFile(writeFilm(folder_));
+  press("Compress, .mp4");
+  press("Start");
+  std::string engines;  // process identifiers, separated by spaces
+  ASSERT_TRUE(eventually([this, &engines] {
+    engines = output("below() { for p in $(pgrep -P $1); do echo $p; below $p; done; }; below " +
+                     std::to_string(host_->process()) + " | paste -sd ' '");
+    return !engines.empty();
+  }));
+  EXPECT_THAT(folder_.names(), ElementsAre(StartsWith(".tolvane-"), "film.mp4"));
+  host_->signal(SIGTERM);
+  EXPECT_EQ(host_->wait(), EXIT_SUCCESS);
+  EXPECT_THAT(folder_.names(), ElementsAre("film.mp4"));
+  EXPECT_EQ(output("ps -o args= -p " + engines), "");
+  EXPECT_FALSE(isOnBus(support::hostName));
+}
+
+TEST_F(RunningHostTest, RemoteFilesAreRefusedAndNotTakenForTheSelection) {
+  EXPECT_EQ(openOnBus("[\"sftp://server/report.pdf\"]"), "()");
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+  EXPECT_TRUE(eventually([] {
+    return namesOnScreen().find("1 file(s) unavailable. Choose a local file.") != std::string::npos;
+  }));
+  EXPECT_EQ(paletteSize(), "320x300");
+  Program second({TOLVANE_DESKTOP, "sftp://server/report.pdf"});
+  EXPECT_EQ(second.wait(), EXIT_SUCCESS);
+}
+
+TEST_F(RunningHostTest, NoFilesShowAnEmptyPalette) {
+  EXPECT_EQ(openOnBus("[]"), "()");
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+  EXPECT_EQ(paletteSize(), "320x300");
+  EXPECT_THAT(onBus(std::string("-d ") + support::hostName +
+                    " -o /app/tolvane/Desktop "
+                    "-m org.freedesktop.Application.ActivateAction quit '[]' '{}'"),
+              HasSubstr("Error"));
+}
+
+TEST_F(RunningHostTest, ThePaletteAppearsAtTheTimeOfTheActionThatAskedForIt) {
+  const fs::path times = folder_.write("times", "");
+  const Program monitor({"sh",
+                         "-c",
+                         "for id in $(xdotool search --name '^tolvane$'); do "
+                         "xprop -spy -id $id _NET_WM_USER_TIME >> '" +
+                             times.string() + "' & done; wait"});
+  ASSERT_TRUE(eventually([&times] { return !support::contentOf(times).empty(); }));
+  // The server counts from the start of the machine.
+  const std::string time = output("awk '{print int($1 * 1000) - 4000}' /proc/uptime");
+  const std::string file = folder_.write("a.csv", "1,2\n");
+  ASSERT_EQ(output("DESKTOP_STARTUP_ID=launcher-1-a_TIME" + time + " " + TOLVANE_PROGRAM +
+                   " open " + file),
+            "");
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+  EXPECT_TRUE(eventually(
+      [&] { return support::contentOf(times).find("= " + time + "\n") != std::string::npos; }));
+}
+
+using SecondHostTest = support::SessionTest;
+
+TEST_F(SecondHostTest, FailsWhenTheFirstDoesNotTakeItsFiles) {
+  const NameOwner first(support::hostName);
+  Program second({TOLVANE_DESKTOP, folder_.write("a.csv", "1,2\n").string()});
+  EXPECT_EQ(second.wait(), EXIT_FAILURE);
+}
+
+}  // namespace
+}  // namespace tolvane
