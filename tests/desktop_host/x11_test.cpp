@@ -147,7 +147,8 @@ TEST_F(X11Test, TapsSecondaryPressesInOtherApplications) {
 TEST_F(X11Test, APressInTheFileManagerIsOneInItsWindowsWhileItIsInFront) {
   RawInput input(server_);
   XEventTaps taps(server_, input);
-  const XFrontApplication front(server_);
+  const QWindow palette;
+  const XFrontApplication front(server_, palette);
   int presses = 0;
   const auto tap = taps.create(1U << TapEvent::secondaryMouseDown, [&](const TapEvent&) {
     const auto application = front.current();

@@ -179,7 +179,8 @@ int copyRows(VipsRegion* strip, VipsRect* area, void* context) {
   return 0;
 }
 
-/// Runs the pipeline, rows from the top, on the library's threads.
+/// Runs the pipeline, rows from the top, on the library's threads. An error in the last strips can
+/// come after the library has found the run to be a success; it is in its log all the same.
 Bitmap pixelsOf(VImage image) {
   if (image.bands() == 2) {
     const VImage grey = image[0];
@@ -189,7 +190,8 @@ Bitmap pixelsOf(VImage image) {
   const std::size_t index = image.bands() == 1 ? 0 : static_cast<std::size_t>(image.bands()) - 2;
   Bitmap bitmap{image.width(), image.height(), layouts.at(index), {}};
   bitmap.pixels.resize(bitmap.stride() * static_cast<std::size_t>(bitmap.height));
-  if (vips_sink_disc(image.get_image(), copyRows, &bitmap) != 0) {
+  vips_error_clear();
+  if (vips_sink_disc(image.get_image(), copyRows, &bitmap) != 0 || *vips_error_buffer() != '\0') {
     throw VipsLibrary::takeError();
   }
   return bitmap;
