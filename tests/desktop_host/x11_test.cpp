@@ -1,11 +1,14 @@
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,6 +45,12 @@ class X11Test : public support::SessionTest {
       QGuiApplication::processEvents();
       return condition();
     });
+  }
+
+  static void workFor(std::chrono::milliseconds time) {
+    QEventLoop loop;
+    QTimer::singleShot(time, &loop, &QEventLoop::quit);
+    loop.exec();
   }
 
   int count_ = 1;
@@ -92,6 +101,7 @@ TEST_F(X11Test, LooksThroughThePaletteAtTheApplicationBehindIt) {
   auto manager = std::make_optional<Program>(
       std::vector<std::string>{"xterm", "-class", "Thunar", "-T", "files"});
   ASSERT_TRUE(eventuallyInLoop([] { return support::activeWindow() == "files"; }));
+  workFor(std::chrono::milliseconds(200));  // until the notice of it is here
   behind = windowInFront(palette, "palette");
   ASSERT_TRUE(behind);
   EXPECT_EQ(behind->bundleIdentifier, fileManagerBundle) << "it came to the front meanwhile";
