@@ -17,6 +17,7 @@ namespace tolvane {
 class AppDelegate {
  public:
   AppDelegate() = default;
+  ~AppDelegate() = default;
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
 

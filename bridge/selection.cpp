@@ -22,7 +22,7 @@ Value::List mapsOf(const std::vector<FileCapability>& offers) {
 }  // namespace
 
 void Selection::select(std::vector<std::filesystem::path> urls,
-                       std::optional<std::string> message) {
+                       const std::optional<std::string>& message) {
   const std::int64_t revision = ++selectionRevision_;
   files_.clear();
   formats_.clear();
@@ -34,18 +34,23 @@ void Selection::select(std::vector<std::filesystem::path> urls,
     surroundings_.events.send("selectionResolved",
                               {{"files", files_}, {"message", selectionMessage_}});
   } else if (!urls.empty()) {
-    surroundings_.worker.post([&engine = surroundings_.engine,
-                               &main = surroundings_.main,
-                               selection = weak_from_this(),
-                               revision,
-                               urls = std::move(urls)] {
-      main.post([selection, revision, inspection = inspect(engine, urls)] {
-        if (const auto present = selection.lock()) {
-          present->apply(revision, inspection);
-        }
-      });
-    });
+    inspectInTheBackground(revision, std::move(urls));
   }
+}
+
+void Selection::inspectInTheBackground(std::int64_t revision,
+                                       std::vector<std::filesystem::path> urls) {
+  surroundings_.worker.post([&engine = surroundings_.engine,
+                             &main = surroundings_.main,
+                             selection = weak_from_this(),
+                             revision,
+                             urls = std::move(urls)] {
+    main.post([selection, revision, inspection = inspect(engine, urls)] {
+      if (const auto present = selection.lock()) {
+        present->apply(revision, inspection);
+      }
+    });
+  });
 }
 
 Selection::Inspection Selection::inspect(const ConversionEngine& engine,

@@ -36,12 +36,14 @@ class Selection : public std::enable_shared_from_this<Selection> {
   /// Replaces the selection: publishes an empty one, then, when the files are inspected, the new
   /// one. More than 100 files are refused as a whole.
   /// @param message shown until then; absent means an invitation to choose files.
-  void select(std::vector<std::filesystem::path> urls, std::optional<std::string> message);
+  void select(std::vector<std::filesystem::path> urls, const std::optional<std::string>& message);
 
   /// "files", "message", "formats" and "tools", as "ready" and "selectionResolved" carry them.
   [[nodiscard]] Value::Map state() const;
 
  private:
+  void inspectInTheBackground(std::int64_t revision, std::vector<std::filesystem::path> urls);
+
   struct Inspection {
     std::vector<FileInfo> files;
     int failures = 0;

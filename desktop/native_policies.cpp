@@ -56,8 +56,8 @@ constexpr double wedgeCorner = 10;   // radius
 /// A ring that is cut into wedges. Angles in radians, lengths in points.
 struct Wheel {
   Point centre;
-  double outer;  // radius
-  double inner;  // radius
+  double outer = 0;  // radius
+  double inner = 0;  // radius
 
   [[nodiscard]] Point at(double radius, double angle) const {
     return {centre.x + radius * std::cos(angle), centre.y + radius * std::sin(angle)};

@@ -32,7 +32,7 @@ void StagedOutputs::stage(BytesView data, std::string name) {
 
 fs::path prepareDestination(const std::optional<fs::path>& destination,
                             const fs::path& firstInput) {
-  const fs::path folder = FileSystem::resolved(destination.value_or(firstInput.parent_path()));
+  fs::path folder = FileSystem::resolved(destination.value_or(firstInput.parent_path()));
   if (!FileSystem::attributes(folder).isDirectory || !FileSystem::isWritable(folder)) {
     throw ConversionFailure::message("The output folder is not writable. Choose another folder.");
   }

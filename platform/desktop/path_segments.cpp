@@ -138,16 +138,16 @@ class Flattener {
     // A chord over the nth part of the curve is at most bend / (4 n * n) away from it.
     const double bend = std::hypot(from.x - 2 * curve.control.x + curve.to.x,
                                    from.y - 2 * curve.control.y + curve.to.y);
-    const double chords = std::max(1.0, std::ceil(std::sqrt(bend / (4 * tolerance_))));
-    for (double chord = 1; chord <= chords; ++chord) {
-      add(onCurve(from, curve, chord / chords));
+    const int chords = std::max(1, static_cast<int>(std::ceil(std::sqrt(bend / (4 * tolerance_)))));
+    for (int chord = 1; chord <= chords; ++chord) {
+      add(onCurve(from, curve, static_cast<double>(chord) / chords));
     }
   }
   void operator()(const Path::Arc& arc) {
     // A chord over the angle a is radius * (1 - cos(a / 2)) away from its arc.
     const double widest = 2 * std::acos(std::max(0.0, 1 - tolerance_ / arc.radius));
-    const double chords = std::max(1.0, std::ceil(std::abs(arc.sweep) / widest));
-    for (double chord = 1; chord <= chords; ++chord) {
+    const int chords = std::max(1, static_cast<int>(std::ceil(std::abs(arc.sweep) / widest)));
+    for (int chord = 1; chord <= chords; ++chord) {
       add(arc.at(arc.start + arc.sweep * chord / chords));
     }
   }

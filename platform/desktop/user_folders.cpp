@@ -17,7 +17,7 @@ std::filesystem::path folderNamedBy(const char* variable) {
 }  // namespace
 
 std::filesystem::path UserFolders::configuration() {
-  if (const auto folder = folderNamedBy("XDG_CONFIG_HOME"); !folder.empty()) {
+  if (auto folder = folderNamedBy("XDG_CONFIG_HOME"); !folder.empty()) {
     return folder;
   }
   const auto home = folderNamedBy("HOME");

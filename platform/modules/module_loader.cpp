@@ -17,7 +17,7 @@ fs::path moduleFile(const std::string& name) {
   const fs::path program = fs::read_symlink("/proc/self/exe").parent_path();
   const std::array<fs::path, 2> folders = {program / "modules", program / "../lib/tolvane"};
   for (const fs::path& folder : folders) {
-    const fs::path file = folder / (name + ".so");
+    fs::path file = folder / (name + ".so");
     std::error_code ignored;
     if (fs::exists(file, ignored)) {
       return file;

@@ -24,9 +24,11 @@ namespace {
 
 /// Which engine a program is for, and what the kernel's path rules leave to it.
 struct Variant {
-  bool officeSockets;    // sockets inside the machine may be made, as the office suite needs them
-  int pathRules;         // lowest version of Landlock that it goes with
-  bool refusesMetadata;  // permissions, owners, times and attributes cannot be changed anywhere
+  bool officeSockets =
+      false;          // sockets inside the machine may be made, as the office suite needs them
+  int pathRules = 1;  // lowest version of Landlock that it goes with
+  bool refusesMetadata =
+      false;  // permissions, owners, times and attributes cannot be changed anywhere
 };
 
 constexpr int truncatesAreRuled = 3;  // the version of Landlock from which it judges truncation
@@ -256,28 +258,40 @@ std::vector<sock_filter> programOf(const Filter& filter) {
   return program;
 }
 
+void writeProgram(std::ostream& out,
+                  const std::string& name,
+                  const std::vector<sock_filter>& program) {
+  out << "inline constexpr std::array<sock_filter, " << program.size() << "> " << name << " = {{\n";
+  for (const sock_filter& step : program) {
+    out << "    {" << step.code << ", " << int{step.jt} << ", " << int{step.jf} << ", " << step.k
+        << "u},\n";
+  }
+  out << "}};\n\n";
+}
+
+std::vector<Variant> everyVariant() {
+  std::vector<Variant> variants;
+  for (const bool officeSockets : {false, true}) {
+    for (const int pathRules : {1, truncatesAreRuled, signalsAreScoped}) {
+      for (const bool refusesMetadata : {false, true}) {
+        variants.push_back({officeSockets, pathRules, refusesMetadata});
+      }
+    }
+  }
+  return variants;
+}
+
 void writeAll(std::ostream& out) {
   std::string table;
   int index = 0;
   out << "// Made by make-engine-filters.\n#pragma once\n\n#include <array>\n"
          "#include <linux/filter.h>\n#include <span>\n\nnamespace tolvane::EngineFilters {\n\n";
-  for (const bool officeSockets : {false, true}) {
-    for (const int pathRules : {1, truncatesAreRuled, signalsAreScoped}) {
-      for (const bool refusesMetadata : {false, true}) {
-        const auto program = programOf(build({officeSockets, pathRules, refusesMetadata}));
-        const std::string name = "program" + std::to_string(index++);
-        out << "inline constexpr std::array<sock_filter, " << program.size() << "> " << name
-            << " = {{\n";
-        for (const sock_filter& step : program) {
-          out << "    {" << step.code << ", " << int{step.jt} << ", " << int{step.jf} << ", "
-              << step.k << "u},\n";
-        }
-        out << "}};\n\n";
-        table += std::string("    {") + (officeSockets ? "true" : "false") + ", " +
-                 std::to_string(pathRules) + ", " + (refusesMetadata ? "true" : "false") + ", " +
-                 name + "},\n";
-      }
-    }
+  for (const Variant& variant : everyVariant()) {
+    const std::string name = "program" + std::to_string(index++);
+    writeProgram(out, name, programOf(build(variant)));
+    table += std::string("    {") + (variant.officeSockets ? "true" : "false") + ", " +
+             std::to_string(variant.pathRules) + ", " +
+             (variant.refusesMetadata ? "true" : "false") + ", " + name + "},\n";
   }
   out << "struct Program {\n  bool officeSockets;\n  int pathRules;\n  bool refusesMetadata;\n"
          "  std::span<const sock_filter> steps;\n};\n\ninline constexpr std::array<Program, "

@@ -13,6 +13,8 @@ class AccessibilityBus final : public AccessibleQuestions {
  public:
   AccessibilityBus();
   ~AccessibilityBus() override;
+  AccessibilityBus(const AccessibilityBus&) = delete;
+  AccessibilityBus& operator=(const AccessibilityBus&) = delete;
 
   [[nodiscard]] std::vector<AccessibleAnswer> ask(const std::vector<AccessibleQuestion>& questions,
                                                   Deadline deadline) override;

@@ -4,7 +4,7 @@
 
 #include "platform/desktop/accessibility/accessible_questions.h"
 
-struct _GVariant;
+struct _GVariant;  // NOLINT(bugprone-reserved-identifier): so the library calls it
 
 /// Questions and answers as the messages that stand for them on the bus.
 namespace tolvane::AccessibilityMessages {

@@ -16,7 +16,7 @@ namespace {
 /// What the elements of one application share.
 struct Application {
   std::shared_ptr<AccessibleQuestions> questions;
-  std::chrono::milliseconds messagingTimeout;
+  std::chrono::milliseconds messagingTimeout{0};
   AccessibleReference root;
   std::optional<ShownFile> shown;
   bool isRelativeToWindow = false;  ///< how extents are told

@@ -63,12 +63,7 @@ class Candidates {
  private:
   void addRunsOf(const Row& row) {
     for (std::size_t first = 0; first < row.size(); ++first) {
-      std::optional<Path> path;
-      if (isRoot(row, first)) {
-        path = "/";
-      } else if (isHome(row[first].name)) {
-        path = home_;
-      }
+      std::optional<Path> path = startOf(row, first);
       for (std::size_t i = first; path && i < row.size(); ++i) {
         const Part& part = row[i];
         if (i > first) {
@@ -80,6 +75,13 @@ class Candidates {
         }
       }
     }
+  }
+
+  [[nodiscard]] std::optional<Path> startOf(const Row& row, std::size_t index) const {
+    if (isRoot(row, index)) {
+      return "/";
+    }
+    return isHome(row[index].name) ? std::optional(home_) : std::nullopt;
   }
 
   /// A button without a name may be any place's, unless nothing with a name stands before it.

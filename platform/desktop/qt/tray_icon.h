@@ -25,6 +25,7 @@ class TrayIcon {
   /// @param description of the icon, for those who do not see it.
   /// @param server not owned; outlives this object.
   TrayIcon(const char* description, const XServer& server, Actions actions);
+  ~TrayIcon() = default;
   TrayIcon(const TrayIcon&) = delete;
   TrayIcon& operator=(const TrayIcon&) = delete;
 

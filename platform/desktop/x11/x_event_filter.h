@@ -15,7 +15,7 @@ struct XEvent {
   /// @tparam Layout XCB's structure for events of this type.
   template <typename Layout>
   [[nodiscard]] Layout as() const {
-    Layout layout;
+    Layout layout{};
     std::memcpy(&layout, bytes, sizeof layout);
     return layout;
   }

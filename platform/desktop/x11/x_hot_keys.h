@@ -32,8 +32,8 @@ class XHotKeys final : public HotKeys {
     std::uint16_t modifiers;
   };
 
-  [[nodiscard]] int grab(const Grab& grab);
-  void ungrab(const Grab& grab);
+  [[nodiscard]] int grab(const Grab& wanted);
+  void ungrab(const Grab& taken);
   void seen(const XEvent& event);
 
   XServer& server_;

@@ -34,12 +34,12 @@ class XServer {
   [[nodiscard]] XAtom atom(const std::string& name) const;
 
   /// The members of a property of 32-bit format (numbers, atoms, windows).
-  [[nodiscard]] std::vector<std::uint32_t> numbers(XWindow window, const char* property) const;
+  [[nodiscard]] std::vector<std::uint32_t> numbers(XWindow window, const char* name) const;
   /// The same of each of the windows, in the time of one question.
   [[nodiscard]] std::vector<std::vector<std::uint32_t>> numbersOfEach(
       const std::vector<XWindow>& windows, const char* property) const;
   /// The bytes of a property of 8-bit format.
-  [[nodiscard]] std::string text(XWindow window, const char* property) const;
+  [[nodiscard]] std::string text(XWindow window, const char* name) const;
   /// Whether there is such a property, of any format.
   [[nodiscard]] bool hasProperty(XWindow window, const char* property) const;
   void setNumbers(XWindow window, const char* property, const std::vector<std::uint32_t>& numbers);

@@ -51,7 +51,7 @@ Size fitted(Size stored, int limit) {
 /// A picture whose header is read and whose pixels are not.
 struct OpenPicture {
   VImage image;
-  Reader reader;
+  Reader reader{};
 };
 
 /// Takes the name as it is; elsewhere the library reads options from brackets in it.

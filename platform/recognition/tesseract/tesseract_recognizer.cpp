@@ -113,6 +113,7 @@ class StopSign {
       monitor_.cancel_this = this;
     }
   }
+  ~StopSign() = default;
   StopSign(const StopSign&) = delete;
   StopSign& operator=(const StopSign&) = delete;
 
