@@ -11,7 +11,7 @@ namespace tolvane::DesktopHost {
 inline constexpr const char* name = "app.tolvane.Desktop";
 inline constexpr const char* path = "/app/tolvane/Desktop";
 inline constexpr const char* interfaceName = "org.freedesktop.Application";
-/// Keys of the platform data of its calls (Desktop Entry Specification, "D-Bus Activation").
+/// Keys of the platform data of its calls (freedesktop.org, "D-Bus Activation" of desktop entries).
 inline constexpr const char* startupIdKey = "desktop-startup-id";
 inline constexpr const char* activationTokenKey = "activation-token";
 

@@ -11,6 +11,7 @@
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_system.h"
 #include "platform/images/image_encoder.h"
+#include "tests/support/pictures.h"
 #include "tests/support/temporary_folder.h"
 
 namespace tolvane {
@@ -71,18 +72,8 @@ TEST(BitmapPageTest, ShowsThePicture) {
   }
 }
 
-/// Quarters in red, green, blue and black: upper left, upper right, lower left, lower right.
 JpegPhoto quarters() {
-  Bitmap picture{64, 32, PixelLayout::rgb, {}};
-  for (int y = 0; y < picture.height; ++y) {
-    for (int x = 0; x < picture.width; ++x) {
-      const bool right = x >= picture.width / 2;
-      const bool lower = y >= picture.height / 2;
-      for (const bool full : {!right && !lower, right && !lower, !right && lower}) {
-        picture.pixels.push_back(full ? 255 : 0);
-      }
-    }
-  }
+  const Bitmap picture = support::quarters(64, 32);
   return {ImageEncoder::jpeg(picture, 1.0), picture.width, picture.height, 3, 1, {}};
 }
 

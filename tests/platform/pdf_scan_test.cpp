@@ -12,6 +12,7 @@
 #include "platform/images/image_encoder.h"
 #include "platform/images/scaled_photo.h"
 #include "tests/support/pdf_builder.h"
+#include "tests/support/pictures.h"
 #include "tests/support/temporary_folder.h"
 
 // Pages that consist of a photo alone are decoded at the size in which they are wanted instead of
@@ -28,19 +29,8 @@ using support::TemporaryFolder;
 constexpr int photoWidth = 128;
 constexpr int photoHeight = 64;
 
-/// Quarters in red, green, blue and black: upper left, upper right, lower left, lower right.
 std::string quarters() {
-  Bitmap picture{photoWidth, photoHeight, PixelLayout::rgb, {}};
-  for (int y = 0; y < picture.height; ++y) {
-    for (int x = 0; x < picture.width; ++x) {
-      const bool right = x >= picture.width / 2;
-      const bool lower = y >= picture.height / 2;
-      for (const bool full : {!right && !lower, right && !lower, !right && lower}) {
-        picture.pixels.push_back(full ? 255 : 0);
-      }
-    }
-  }
-  const Bytes jpeg = ImageEncoder::jpeg(picture, 1.0);
+  const Bytes jpeg = ImageEncoder::jpeg(support::quarters(photoWidth, photoHeight), 1.0);
   return {jpeg.begin(), jpeg.end()};
 }
 

@@ -36,6 +36,20 @@ Bitmap gradient(int width, int height, PixelLayout layout) {
   return bitmap;
 }
 
+Bitmap quarters(int width, int height) {
+  Bitmap picture{width, height, PixelLayout::rgb, {}};
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const bool right = x >= width / 2;
+      const bool lower = y >= height / 2;
+      for (const bool full : {!right && !lower, right && !lower, !right && lower}) {
+        picture.pixels.push_back(full ? 255 : 0);
+      }
+    }
+  }
+  return picture;
+}
+
 void writePng(const std::filesystem::path& file, const Bitmap& bitmap) {
   write(file, ImageEncoder::png(bitmap));
 }

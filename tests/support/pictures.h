@@ -13,6 +13,9 @@ namespace tolvane::support {
 /// right.
 [[nodiscard]] Bitmap gradient(int width, int height, PixelLayout layout);
 
+/// Quarters in red, green, blue and black: upper left, upper right, lower left, lower right.
+[[nodiscard]] Bitmap quarters(int width, int height);
+
 void writePng(const std::filesystem::path& file, const Bitmap& bitmap);
 void writeJpeg(const std::filesystem::path& file, const Bitmap& bitmap);
 
