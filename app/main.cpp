@@ -23,6 +23,7 @@ using Request = tolvane::DesktopBusName::Request;
 /// The palette is small: drawn by the processor it is there sooner than any graphics driver.
 void drawWithoutGraphicsDriver() {
   constexpr int keepTheUsersChoice = 0;
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
   ::setenv("QT_QUICK_BACKEND", "software", keepTheUsersChoice);
 }
 

@@ -59,9 +59,9 @@ Bridge::~Bridge() {
   jobs_->cancel();
 }
 
-void Bridge::select(Files urls, std::optional<std::string> message) {
+void Bridge::select(Files urls, const std::optional<std::string>& message) {
   if (!hasActiveJob()) {
-    selection_->select(std::move(urls), std::move(message));
+    selection_->select(std::move(urls), message);
   }
 }
 

@@ -47,7 +47,7 @@ class Bridge {
   /// Takes in files, whatever their source: dropped, chosen, or named by a script. Ignored while a
   /// job runs.
   /// @param message shown until the files are inspected; absent means an invitation to choose some.
-  void select(Files urls, std::optional<std::string> message = {});
+  void select(Files urls, const std::optional<std::string>& message = {});
 
   /// What the palette is opened with.
   enum class Intake { finderSelection, nothing };

@@ -10,6 +10,7 @@
 namespace tolvane {
 
 Accessibility atspiAccessibility(WindowPlaces places) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing here changes the environment
   const char* const home = std::getenv("HOME");
   auto questions = std::make_shared<AccessibilityBus>();
   auto shown = std::make_shared<std::optional<ShownFile>>();

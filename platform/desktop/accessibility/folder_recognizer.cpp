@@ -63,17 +63,25 @@ class Candidates {
  private:
   void addRunsOf(const Row& row) {
     for (std::size_t first = 0; first < row.size(); ++first) {
-      std::optional<Path> path = startOf(row, first);
-      for (std::size_t i = first; path && i < row.size(); ++i) {
-        const Part& part = row[i];
-        if (i > first) {
-          path = part.name.empty() ? std::nullopt : std::optional(*path / part.name);
-        }
-        // A file manager may call the user's home by another name than the disk does.
-        if (path && (part.isPressed || startsWithName(title_, part.name))) {
-          add(*path);
-        }
+      if (const std::optional<Path> start = startOf(row, first)) {
+        addRun(row, first, *start);
       }
+    }
+  }
+
+  /// @param path the place of the row's button `first`.
+  void addRun(const Row& row, std::size_t first, Path path) {
+    addIfShown(row[first], path);
+    for (std::size_t i = first + 1; i < row.size() && !row[i].name.empty(); ++i) {
+      path /= row[i].name;
+      addIfShown(row[i], path);
+    }
+  }
+
+  /// A file manager may call the user's home by another name than the disk does.
+  void addIfShown(const Part& part, const Path& path) {
+    if (part.isPressed || startsWithName(title_, part.name)) {
+      add(path);
     }
   }
 

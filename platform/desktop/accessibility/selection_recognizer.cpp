@@ -153,6 +153,17 @@ bool isConfirmed(const Items& items,
          });
 }
 
+RecognizedSelection selectionOf(const Items& items, const Path& folder) {
+  RecognizedSelection selection;
+  for (const Item& item : items) {
+    selection.files.push_back(folder / item.name);
+  }
+  if (items.size() == 1) {
+    selection.element = items.front().element;
+  }
+  return selection;
+}
+
 }  // namespace
 
 RecognizedSelection SelectionRecognizer::selection(const WindowNode& window,
@@ -178,17 +189,8 @@ RecognizedSelection SelectionRecognizer::selection(const WindowNode& window,
       folder = candidate;
     }
   }
-  if (!items || !isConfirmed(*items, labels, facts)) {
-    return {};
-  }
-  RecognizedSelection selection;
-  for (const Item& item : *items) {
-    selection.files.push_back(folder / item.name);
-  }
-  if (items->size() == 1) {
-    selection.element = items->front().element;
-  }
-  return selection;
+  return items && isConfirmed(*items, labels, facts) ? selectionOf(*items, folder)
+                                                     : RecognizedSelection{};
 }
 
 }  // namespace tolvane

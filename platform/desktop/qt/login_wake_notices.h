@@ -17,10 +17,9 @@ class LoginWakeNotices final : public QObject, public WakeNotices {
 
   void onWake(std::function<void()> woken) override { woken_ = std::move(woken); }
 
- private Q_SLOTS:
-  void prepareForSleep(bool begins);
-
  private:
+  Q_SLOT void prepareForSleep(bool begins);
+
   std::function<void()> woken_;
 };
 

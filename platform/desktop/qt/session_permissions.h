@@ -27,10 +27,8 @@ class SessionPermissions final : public QObject, public UserPermissions {
   [[nodiscard]] bool reducesMotion() const override { return reducesMotion_; }
   [[nodiscard]] bool reducesTransparency() const override { return false; }
 
- private Q_SLOTS:
-  void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-
  private:
+  Q_SLOT void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
   void readMotion();
 
   const RawInput& input_;

@@ -20,7 +20,7 @@ static_assert(radius * rounds * SoftShadow::reduction + drop <= SoftShadow::reac
 /// @param step from one pixel to the next.
 void average(uchar* first, qsizetype count, qsizetype step, std::vector<uchar>& copy) {
   constexpr int width = 2 * radius + 1;
-  copy.assign(static_cast<std::size_t>(count) + 2 * radius, 0);  // nothing beyond both ends
+  copy.assign(static_cast<std::size_t>(count + 2 * radius), 0);  // nothing beyond both ends
   for (qsizetype at = 0; at < count; ++at) {
     copy[static_cast<std::size_t>(at) + radius] = first[at * step];
   }

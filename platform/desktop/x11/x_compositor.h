@@ -17,6 +17,7 @@ class XCompositor {
  public:
   /// @param server not owned; outlives this object.
   explicit XCompositor(XServer& server);
+  ~XCompositor() = default;
   XCompositor(const XCompositor&) = delete;
   XCompositor& operator=(const XCompositor&) = delete;
 
