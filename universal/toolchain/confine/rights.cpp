@@ -3,7 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <linux/capability.h>
-#include <sys/prctl.h>
 
 #include "universal/toolchain/confine/kernel.h"
 #include "universal/toolchain/confine/report.h"
@@ -23,10 +22,16 @@ constexpr std::uint64_t rightsOverFiles = bit(CAP_CHOWN) | bit(CAP_DAC_OVERRIDE)
 
 using Sets = std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3>;
 
-void keepOnly(std::uint64_t kept) {
+}  // namespace
+
+// Starting a program as root would bring back what is in the bounding set, but for
+// no_new_privs: below it a program starts with no right that its starter did not have. So the
+// bounding set is left alone; emptying it takes 80 calls, a tenth of a millisecond.
+void giveUpRights() {
   __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
   Sets sets = {};
   Report::check(Kernel::call(SYS_capget, &header, sets.data()), "capget");
+  std::uint64_t kept = rightsOverFiles;
   for (auto& part : sets) {
     const auto mask = static_cast<std::uint32_t>(kept);
     part.permitted &= mask;
@@ -35,20 +40,6 @@ void keepOnly(std::uint64_t kept) {
     kept >>= 32U;
   }
   Report::check(Kernel::call(SYS_capset, &header, sets.data()), "capset");
-}
-
-}  // namespace
-
-void giveUpRights() {
-  // Starting a program as root would bring back what is in the bounding set. Whoever may not make
-  // that set smaller cannot gain from it either: no new privileges are allowed.
-  for (unsigned capability = 0; Kernel::call(SYS_prctl, PR_CAPBSET_READ, capability) >= 0;
-       ++capability) {
-    if ((rightsOverFiles & bit(capability)) == 0) {
-      Kernel::call(SYS_prctl, PR_CAPBSET_DROP, capability);
-    }
-  }
-  keepOnly(rightsOverFiles);
 }
 
 }  // namespace tolvane::confine
