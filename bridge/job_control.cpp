@@ -82,17 +82,25 @@ void JobControl::start(const Value::Map& arguments, const MethodReply& reply) {
 }
 
 void JobControl::WayBack::post(std::function<void(JobControl&)> task) const {
-  main.post([jobs = jobs, task = std::move(task)] {
+  main.post(ifPresent(std::move(task)));
+}
+
+void JobControl::WayBack::postSoon(std::function<void(JobControl&)> task) const {
+  main.postSoon(ifPresent(std::move(task)));
+}
+
+MainQueue::Task JobControl::WayBack::ifPresent(std::function<void(JobControl&)> task) const {
+  return [jobs = jobs, task = std::move(task)] {
     if (const auto present = jobs.lock()) {
       task(*present);
     }
-  });
+  };
 }
 
 void JobControl::queue(JobRequest request, const std::shared_ptr<CancellationToken>& token) {
   worker_.post([&engine = engine_, back = wayBack(), request = std::move(request), token] {
     const Progress progress = [&](int completed, int total) {
-      back.post([id = request.id, completed, total](const JobControl& jobs) {
+      back.postSoon([id = request.id, completed, total](const JobControl& jobs) {
         jobs.events_.send("jobProgress", {{"id", id}, {"completed", completed}, {"total", total}});
       });
     };

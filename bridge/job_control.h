@@ -68,6 +68,11 @@ class JobControl : public std::enable_shared_from_this<JobControl> {
     MainQueue& main;
 
     void post(std::function<void(JobControl&)> task) const;
+    /// Reports of progress come by the hundred.
+    void postSoon(std::function<void(JobControl&)> task) const;
+
+   private:
+    [[nodiscard]] MainQueue::Task ifPresent(std::function<void(JobControl&)> task) const;
   };
 
   [[nodiscard]] WayBack wayBack() { return {weak_from_this(), main_}; }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <map>
 #include <mutex>
+#include <optional>
 
 #include "platform/threads/main_queue.h"
 
@@ -18,6 +20,7 @@ class EventLoop final : public MainQueue {
   EventLoop& operator=(const EventLoop&) = delete;
 
   void post(Task task) override;
+  void postSoon(Task task) override;
 
   /// Calls `ready` in the loop whenever `descriptor` (not owned) is readable or at its end.
   void watch(int descriptor, Task ready);
@@ -29,14 +32,22 @@ class EventLoop final : public MainQueue {
   void quit() { running_ = false; }
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  void wakeUp() const;
   void runPosted();
   [[nodiscard]] Task nextPosted();
+  [[nodiscard]] bool postedIsDue();
+  /// @return milliseconds to sleep at most; -1 when nothing is posted.
+  [[nodiscard]] int patience();
   void waitForWork();
 
-  std::mutex lock_;  // guards posted_
+  std::mutex lock_;  // guards the next two
   std::deque<Task> posted_;
+  bool isUrgent_ = false;                      // one of them may not wait
+  std::optional<Clock::time_point> deadline_;  // for those that may
   std::map<int, Task> watched_;
-  int wakeUp_;  // eventfd, owned; readable while something was posted
+  int wakeUp_;  // eventfd, owned; readable while the loop has not seen the last news
   bool running_ = false;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 namespace tolvane {
 
@@ -17,6 +18,9 @@ class MainQueue {
 
   /// From any thread; returns at once.
   virtual void post(Task task) = 0;
+  /// As post(), and in one order with it, for tasks that come in bursts and may wait for a
+  /// hundredth of a second: waking a sleeping main thread costs the caller some 30 µs.
+  virtual void postSoon(Task task) { post(std::move(task)); }
 };
 
 }  // namespace tolvane

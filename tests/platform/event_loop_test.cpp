@@ -25,6 +25,21 @@ TEST(EventLoopTest, RunsTasksInTheOrderOfPosting) {
   EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 10, 11, 12}));
 }
 
+TEST(EventLoopTest, RunsWhatMayWaitInOneOrderWithTheRest) {
+  EventLoop loop;
+  std::vector<int> order;
+  loop.postSoon([&] { order.push_back(0); });
+  loop.post([&] {
+    order.push_back(1);
+    // Nothing urgent follows: both must come without being woken for.
+    loop.postSoon([&] { order.push_back(3); });
+    loop.postSoon([&] { loop.quit(); });
+  });
+  loop.postSoon([&] { order.push_back(2); });
+  loop.run();
+  EXPECT_EQ(order, (std::vector<int>{0, 1, 2, 3}));
+}
+
 TEST(EventLoopTest, KeepsTheOrderOfEachPostingThread) {
   constexpr int threads = 4;
   constexpr int each = 2000;
@@ -36,7 +51,8 @@ TEST(EventLoopTest, KeepsTheOrderOfEachPostingThread) {
   for (std::size_t poster = 0; poster < threads; ++poster) {
     posters.emplace_back([&, poster] {
       for (int number = 0; number < each; ++number) {
-        loop.post([&, poster, number] {
+        const auto post = number % 3 == 0 ? &EventLoop::post : &EventLoop::postSoon;
+        (loop.*post)([&, poster, number] {
           isInOrder = isInOrder && next.at(poster)++ == number;
           if (++total == threads * each) {
             loop.quit();
