@@ -50,7 +50,8 @@ void runImageAction(NativeJob& job) {
     job.work.advance();
   }
   if (combined) {
-    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf", *combined);
+    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf",
+                 std::move(combined));
   }
 }
 

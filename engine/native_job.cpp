@@ -1,6 +1,7 @@
 #include "engine/native_job.h"
 
 #include <algorithm>
+#include <future>
 #include <limits>
 #include <optional>
 
@@ -68,12 +69,14 @@ void requireCombinableImages(const std::vector<AdmittedFile>& files) {
 }
 
 /// Absent when the pages do not come back from the written bytes.
-std::optional<Bytes> verifiedPdf(PdfComposer& composer) {
+std::optional<Bytes> verifiedPdf(std::unique_ptr<PdfComposer> composer) {
   try {
-    Bytes bytes = composer.serialise();
+    Bytes bytes = composer->serialise();
+    const int expected = composer->pageCount();
+    // Taking hundreds of pages apart takes as long as finding them again in the bytes.
+    const auto freed = std::async(std::launch::async, [&composer] { composer.reset(); });
     const int pages = bytes.empty() ? 0 : pdfLibrary().countPages(bytes);
-    return pages > 0 && pages == composer.pageCount() ? std::optional(std::move(bytes))
-                                                      : std::nullopt;
+    return pages > 0 && pages == expected ? std::optional(std::move(bytes)) : std::nullopt;
   } catch (const PlatformError&) {
     return std::nullopt;
   }
@@ -94,8 +97,8 @@ void NativeJob::stagePicture(const std::string& stem, const Bitmap& picture) {
                stem + (asJpeg ? ".jpg" : ".png"));
 }
 
-void NativeJob::stagePdf(const std::string& name, PdfComposer& composer) {
-  const auto bytes = verifiedPdf(composer);
+void NativeJob::stagePdf(const std::string& name, std::unique_ptr<PdfComposer> composer) {
+  const auto bytes = verifiedPdf(std::move(composer));
   if (!bytes) {
     throw ConversionFailure::message("The resulting PDF could not be verified.");
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -41,8 +42,9 @@ struct NativeJob {
   void stagePicture(const std::string& stem, const Bitmap& picture);
 
   /// Stages a PDF after opening it once more to see that it holds every page.
+  /// @param composer is gone afterwards, with the documents that only it kept alive.
   /// @throws ConversionFailure
-  void stagePdf(const std::string& name, PdfComposer& composer);
+  void stagePdf(const std::string& name, std::unique_ptr<PdfComposer> composer);
 };
 
 /// Admits the inputs, runs the action inside a workspace and places what it staged.

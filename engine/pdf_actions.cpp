@@ -145,13 +145,13 @@ void stageText(NativeJob& job, const Input& input, const TextFile& file) {
   job.staged.stage(bytes, input.stem + file.suffix);
 }
 
-void finishInput(NativeJob& job, const Input& input) {
+void finishInput(NativeJob& job, Input& input) {
   switch (job.action) {
     case NativeAction::rotatePdf:
-      job.stagePdf(input.stem + "-rotated.pdf", *input.output);
+      job.stagePdf(input.stem + "-rotated.pdf", std::move(input.output));
       break;
     case NativeAction::splitPdf:
-      job.stagePdf(input.stem + "-split.pdf", *input.output);
+      job.stagePdf(input.stem + "-split.pdf", std::move(input.output));
       break;
     case NativeAction::extractText:
       stageText(job,
@@ -213,7 +213,7 @@ std::vector<int> editedPages(const NativeJob& job, int count) {
 
 void editPages(NativeJob& job, const Input& input) {
   const int count = input.document->pageCount();
-  const auto output = pdfLibrary().compose();
+  auto output = pdfLibrary().compose();
   for (const int page : editedPages(job, count)) {
     job.token.check();
     const auto found = job.options.rotations.find(std::to_string(page));
@@ -224,7 +224,7 @@ void editPages(NativeJob& job, const Input& input) {
       throw ConversionFailure::message("Use quarter-turn page rotations.");
     }
   }
-  job.stagePdf(input.stem + "-edited.pdf", *output);
+  job.stagePdf(input.stem + "-edited.pdf", std::move(output));
   job.work.advance(count);
 }
 
@@ -232,7 +232,7 @@ void editPages(NativeJob& job, const Input& input) {
 
 void runPdfAction(NativeJob& job) {
   countWork(job);
-  const auto combined = pdfLibrary().compose();
+  auto combined = pdfLibrary().compose();
   Bitmap bitmap;
   for (AdmittedFile& file : job.files) {
     job.token.check();
@@ -246,7 +246,8 @@ void runPdfAction(NativeJob& job) {
     }
   }
   if (job.action == NativeAction::mergePdf) {
-    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf", *combined);
+    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf",
+                 std::move(combined));
   }
 }
 

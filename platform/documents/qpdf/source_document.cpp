@@ -1,6 +1,7 @@
 #include "platform/documents/qpdf/source_document.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
@@ -156,15 +157,30 @@ PageReader& SourceDocument::reader() {
     if (!reader_) {
       reader_ = pageReaderFactory().open(file_->descriptor());
     }
-    if (!copy_ && (needsCopy() || deservesCopy())) {
-      auto copy = std::make_shared<const Bytes>(copyForRendering(file_));
-      reader_ = pageReaderFactory().open(copy);
-      copy_ = std::move(copy);
+    if (!copy_ && needsCopy()) {
+      readFrom(copyForRendering(file_));
+    } else if (!copy_ && deservesCopy()) {
+      readFromCopyOnceMade();
     }
     ++pagesRead_;
     return *reader_;
   } catch (...) {
     LibraryErrors::rethrow();
+  }
+}
+
+void SourceDocument::readFrom(Bytes copy) {
+  auto kept = std::make_shared<const Bytes>(std::move(copy));
+  reader_ = pageReaderFactory().open(kept);
+  copy_ = std::move(kept);
+}
+
+void SourceDocument::readFromCopyOnceMade() {
+  using namespace std::chrono_literals;
+  if (!copying_.valid()) {
+    copying_ = std::async(std::launch::async, copyForRendering, file_);
+  } else if (copying_.wait_for(0s) == std::future_status::ready) {
+    readFrom(copying_.get());
   }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -39,6 +40,9 @@ class SourceDocument : public PdfDocument {
  private:
   [[nodiscard]] const QPDFObjectHandle& pageAt(int page) const;
   [[nodiscard]] PageReader& reader();
+  void readFrom(Bytes copy);
+  /// Pages are read from the file itself while another thread makes the copy.
+  void readFromCopyOnceMade();
   /// @return false when the page is no scan, or not one that covers so many pixels.
   [[nodiscard]] bool renderScan(int page, int width, int height, Bitmap& bitmap);
   [[nodiscard]] std::optional<std::string> textReadAhead(int page);
@@ -52,6 +56,7 @@ class SourceDocument : public PdfDocument {
   std::shared_ptr<const Bytes> copy_;  // what the reader reads instead of the file
   std::unique_ptr<TextAhead> ahead_;
   int pagesRead_ = 0;
+  std::future<Bytes> copying_;  // last, because its end waits for the thread
 };
 
 }  // namespace tolvane

@@ -49,7 +49,10 @@ std::size_t SourceFile::read(std::uint64_t offset, std::span<char> into) noexcep
     if (count > 0) {
       done += static_cast<std::size_t>(count);
     } else if (count == 0 || errno != EINTR) {
-      readFailure_ = count < 0 && readFailure_ == 0 ? errno : readFailure_;
+      int none = 0;
+      if (count < 0) {
+        readFailure_.compare_exchange_strong(none, errno);
+      }
       break;
     }
   }

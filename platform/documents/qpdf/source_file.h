@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -36,7 +37,7 @@ class SourceFile {
   std::filesystem::path path_;
   int descriptor_;
   struct stat opened_ {};
-  int readFailure_ = 0;  // errno of the first failed read
+  std::atomic<int> readFailure_ = 0;  // errno of the first failed read
 };
 
 }  // namespace tolvane
