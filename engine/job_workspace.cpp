@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "platform/files/file_system.h"
+#include "platform/files/tree_removal.h"
 
 namespace tolvane {
 
@@ -39,7 +40,7 @@ void removeAbandonedWorkspaces(const fs::path& destination) {
     const fs::path workspace = entry->path();
     if (isWorkspaceName(workspace.filename().string()) && isSettled(workspace)) {
       if (const auto lock = DirectoryLock::tryLock(workspace)) {
-        FileSystem::removeQuietly(workspace);
+        removeTreeQuietly(workspace);
       }
     }
   }
@@ -68,7 +69,7 @@ JobWorkspace::JobWorkspace(const fs::path& destination)
 }
 
 JobWorkspace::~JobWorkspace() {
-  FileSystem::removeQuietly(path_);
+  removeTreeQuietly(path_);
   const std::lock_guard guard(living().lock);
   living().paths.erase(path_);
 }
@@ -76,7 +77,7 @@ JobWorkspace::~JobWorkspace() {
 void JobWorkspace::removeAll() {
   const std::lock_guard guard(living().lock);
   for (const fs::path& path : living().paths) {
-    FileSystem::removeQuietly(path);
+    removeTreeQuietly(path);
   }
 }
 

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/files/platform_error.h"
+#include "platform/files/tree_removal.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -132,6 +133,24 @@ TEST(RemoveQuietly, RemovesLinksNotWhatTheyLeadTo) {
   FileSystem::removeQuietly(folder / "tree");
   FileSystem::removeQuietly(folder / "missing");
   EXPECT_THAT(folder.names(), ElementsAre("kept"));
+}
+
+TEST(RemoveTreeQuietly, RemovesLargeTreesAndLinksNotWhatTheyLeadTo) {
+  const TemporaryFolder folder;
+  const fs::path kept = folder.write("kept", "x");
+  const fs::path tree = folder / "tree";
+  for (int number = 0; number < 40; ++number) {
+    const fs::path inner = tree / std::to_string(number % 7) / std::to_string(number);
+    fs::create_directories(inner / "empty");
+    fs::create_symlink(kept, inner / "link");
+    fs::create_directory_symlink(folder / ".", inner / "up");
+  }
+  fs::create_directory(folder / "small");
+  for (const char* name : {"tree", "small", "missing"}) {
+    removeTreeQuietly(folder / name);
+  }
+  EXPECT_THAT(folder.names(), ElementsAre("kept"));
+  EXPECT_EQ(contentOf(kept), "x");
 }
 
 TEST(NewUuid, IsRandomOfVersionFour) {

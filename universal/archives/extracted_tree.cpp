@@ -1,6 +1,7 @@
 #include "universal/archives/extracted_tree.h"
 
 #include <cstdint>
+#include <sys/stat.h>
 #include <system_error>
 #include <utility>
 
@@ -19,24 +20,16 @@ constexpr int restBetweenWalks = 20;  // times as long as the walk itself
 
 enum class Extraction { running, finished };
 
-/// In bytes; 0 for what is no file or has gone meanwhile.
-std::uint64_t sizeOf(const fs::directory_entry& item) {
-  std::error_code error;
-  const std::uint64_t size = item.file_size(error);
-  return error ? 0 : size;
-}
-
 /// Archives can take their owner's right to read what was in them, and packing it needs that.
-/// @param status of the path itself: nothing is done to what a link leads to.
-void makeReadable(const fs::path& path, fs::file_status status) {
-  const bool isFolder = fs::is_directory(status);
-  const fs::perms needed =
-      isFolder ? fs::perms::owner_read | fs::perms::owner_exec : fs::perms::owner_read;
-  if ((status.permissions() & needed) == needed || (!isFolder && !fs::is_regular_file(status))) {
+/// @param mode of a folder or a regular file.
+void makeReadable(const fs::path& path, mode_t mode) {
+  const mode_t needed = S_ISDIR(mode) ? S_IRUSR | S_IXUSR : S_IRUSR;
+  if ((mode & needed) == needed) {
     return;
   }
   std::error_code error;
-  fs::permissions(path, needed, fs::perm_options::add | fs::perm_options::nofollow, error);
+  fs::permissions(
+      path, fs::perms(needed), fs::perm_options::add | fs::perm_options::nofollow, error);
   if (error) {
     throw PlatformError::fromErrno("read", path, error.value());
   }
@@ -48,19 +41,19 @@ void refuseUnless(bool isSafe) {
   }
 }
 
-/// @return bytes.
-std::uint64_t checkItem(const fs::directory_entry& item, Extraction extraction) {
-  std::error_code error;
-  const fs::file_status status = item.symlink_status(error);
-  if (error && extraction == Extraction::running) {
+/// @return bytes; 0 for a folder.
+std::uint64_t checkItem(const fs::path& path, Extraction extraction) {
+  struct stat status = {};
+  const bool isThere = ::lstat(path.c_str(), &status) == 0;
+  if (!isThere && extraction == Extraction::running) {
     return 0;  // it has gone
   }
   // A pipe would keep the packer waiting.
-  refuseUnless(!error && (fs::is_directory(status) || fs::is_regular_file(status)));
+  refuseUnless(isThere && (S_ISDIR(status.st_mode) || S_ISREG(status.st_mode)));
   if (extraction == Extraction::finished) {
-    makeReadable(item.path(), status);
+    makeReadable(path, status.st_mode);
   }
-  return sizeOf(item);
+  return S_ISREG(status.st_mode) ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 void walk(const fs::path& root, const CancellationToken& token, Extraction extraction) {
@@ -72,7 +65,7 @@ void walk(const fs::path& root, const CancellationToken& token, Extraction extra
   std::uint64_t total = 0;
   while (item != fs::recursive_directory_iterator()) {
     token.check();
-    total += checkItem(*item, extraction);
+    total += checkItem(item->path(), extraction);
     refuseUnless(total <= Limits::maxExpandedBytes);
     item.increment(error);
     if (error) {
@@ -84,8 +77,10 @@ void walk(const fs::path& root, const CancellationToken& token, Extraction extra
 }  // namespace
 
 void check(const fs::path& root, const CancellationToken& token) {
-  std::error_code error;
-  makeReadable(root, fs::symlink_status(root, error));
+  struct stat status = {};
+  if (::lstat(root.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+    makeReadable(root, status.st_mode);
+  }
   walk(root, token, Extraction::finished);
 }
 

@@ -59,6 +59,14 @@ TEST_F(LocalToolchainTest, GivesTheCallersEnvironmentTheLastWord) {
   EXPECT_EQ(run(order), scratch + scratch + "/mine\ninherited\n");
 }
 
+TEST_F(LocalToolchainTest, NamesTheRulesOfLocalTimeToArchiversThatLackThem) {
+  ::unsetenv("TZ");  // NOLINT(concurrency-mt-unsafe)
+  EXPECT_EQ(run(engine("7zz", "echo $TZ")), ":/etc/localtime\n");
+  EXPECT_EQ(run(engine("soffice", "echo $TZ")), "\n");
+  ::setenv("TZ", "Asia/Tokyo", 1);  // NOLINT(concurrency-mt-unsafe)
+  EXPECT_EQ(run(engine("7zz", "echo $TZ")), "Asia/Tokyo\n");
+}
+
 TEST_F(LocalToolchainTest, AllowsExactlySixteenMebibytesOfOutput) {
   EXPECT_EQ(run(engine("flooder", "head -c 16777216 /dev/zero; sleep 0.2")).size(), 16'777'216U);
 }
