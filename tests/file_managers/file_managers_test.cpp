@@ -42,7 +42,7 @@ std::string output(const std::string& command) {
 struct ManagerCase {
   const char* command;
   const char* windowClass;
-  const char* keys;  ///< of xdotool, that select
+  const char* keys;  ///< of xdotool, that select; "click" is one on the free part of the view
   Names selected;
 };
 void PrintTo(const ManagerCase& c, std::ostream* out) {
@@ -66,13 +66,17 @@ class FileManagersTest : public testing::TestWithParam<ManagerCase> {
   }
   ~FileManagersTest() override { ::kill(static_cast<pid_t>(process_), SIGTERM); }
 
-  /// Brings the manager's window to the front and presses the keys.
+  /// Brings the manager's window to the front, presses the keys and clicks.
   void select() {
     const std::string search =
         std::string("xdotool search --onlyvisible --class '^") + GetParam().windowClass + "$'";
     ASSERT_TRUE(support::eventually([&search] { return !output(search).empty(); }));
-    output("sleep 3; xdotool windowactivate $(" + search + " | tail -1); sleep 0.5; for key in " +
-           GetParam().keys + "; do xdotool key $key; sleep 0.6; done");
+    output("sleep 3; window=$(" + search +
+           " | tail -1); xdotool windowactivate $window; sleep 0.5; " + "for key in " +
+           GetParam().keys + "; do case $key in " +
+           "click) eval $(xdotool getwindowgeometry --shell $window); " +
+           "xdotool mousemove $((X + WIDTH * 2 / 3)) $((Y + HEIGHT * 3 / 4)) click 1;; " +
+           "*) xdotool key $key;; esac; sleep 0.6; done");
   }
 
   Names selected() {
@@ -130,7 +134,7 @@ INSTANTIATE_TEST_SUITE_P(
         ManagerCase{"exec nemo --no-desktop", "nemo", "Home Right shift+Right", twoFiles},
         ManagerCase{"GSK_RENDERER=cairo exec nautilus",
                     "org.gnome.Nautilus",
-                    "Home Right shift+Right",
+                    "click Home Right shift+Right",
                     twoFiles}));
 
 }  // namespace
