@@ -13,12 +13,21 @@
 #include "app/app_delegate.h"
 #include "app/termination_signals.h"
 #include "platform/desktop/qt/desktop_bus_name.h"
+#include "platform/desktop/x11/x_server.h"
 #include "platform/files/file_names.h"
 #include "platform/process/activation.h"
 
 namespace {
 
 using Request = tolvane::DesktopBusName::Request;
+
+/// On a Wayland desktop too: only there can a program place its windows and see which is in front.
+void useXServer() {
+  constexpr int keepTheUsersChoice = 0;
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): there is no other thread yet
+  ::setenv("QT_QPA_PLATFORM", "xcb", keepTheUsersChoice);
+  tolvane::XServer::requireReachable();
+}
 
 /// The palette is small: drawn by the processor it is there sooner than any graphics driver.
 void drawWithoutGraphicsDriver() {
@@ -66,6 +75,7 @@ int main(int count, char** words) {
   std::signal(SIGPIPE, SIG_IGN);
   drawWithoutGraphicsDriver();
   try {
+    useXServer();
     tolvane::TerminationSignals signals;
     const auto activation = tolvane::Activation::ofThisProcess();
     QApplication application(count, words);

@@ -218,6 +218,23 @@ TEST_F(X11Test, AKeyHasOneOwnerAndIsFreeAgainAfterwards) {
   EXPECT_EQ(first.registerKey(controlOptionX).status, 0);
 }
 
+TEST_F(X11Test, ClaimsNeitherKeysNorPressesOnAWaylandDesktop) {
+  ::setenv("WAYLAND_DISPLAY", "wayland-0", 1);  // NOLINT(concurrency-mt-unsafe)
+  XServer server;
+  RawInput input(server);
+  EXPECT_EQ(XEventTaps(server, input).create(1U << TapEvent::secondaryMouseDown, {}), nullptr);
+  XHotKeys hotKeys(server);
+  int presses = 0;
+  hotKeys.onPressed([&presses] { ++presses; });
+  for (const std::uint32_t key : {HotKey::keyX, HotKey::keyV}) {
+    EXPECT_EQ(hotKeys.registerKey({key, HotKey::control + HotKey::option}).status,
+              XHotKeys::keptByWayland);
+  }
+  xdotool("key ctrl+alt+x key ctrl+alt+v");
+  EXPECT_TRUE(eventuallyInLoop([&presses] { return presses > 0; }));
+  EXPECT_EQ(presses, 1) << "the latest key works where keys come at all";
+}
+
 TEST_F(X11Test, CountsScreensFromTheBottomLeft) {
   const auto screens = XScreens(server_).all();
   ASSERT_EQ(screens.size(), 1U);

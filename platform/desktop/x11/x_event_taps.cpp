@@ -67,7 +67,8 @@ class XEventTap final : public EventTap {
 
 std::unique_ptr<EventTap> XEventTaps::create(std::uint64_t mask,
                                              std::function<void(const TapEvent& event)> handler) {
-  if (!input_.isAvailable()) {
+  // Below Wayland, presses in other applications are not told.
+  if (!input_.isAvailable() || server_.isBelowWayland()) {
     return nullptr;
   }
   return std::make_unique<XEventTap>(server_, input_, mask, std::move(handler));

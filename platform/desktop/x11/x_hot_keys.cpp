@@ -54,6 +54,15 @@ HotKeys::Registration XHotKeys::registerKey(const HotKey& key) {
   if (wanted.keyCode == 0) {
     return {.status = unknownKey};  // 0 would be every key
   }
+  if (!server_.isBelowWayland()) {
+    return take(wanted);
+  }
+  unregisterKey(belowWayland_);
+  belowWayland_ = take(wanted).reference;
+  return {.status = keptByWayland};
+}
+
+HotKeys::Registration XHotKeys::take(const Grab& wanted) {
   if (const int status = grab(wanted); status != 0) {
     ungrab(wanted);  // those of the four that were not refused
     return {.status = status};

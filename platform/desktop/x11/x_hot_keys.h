@@ -14,6 +14,9 @@ class XHotKeys final : public HotKeys {
  public:
   /// The status of a key that has no place on the keyboards of X servers: BadValue.
   static constexpr int unknownKey = 2;
+  /// The status of every key on a Wayland desktop, which keeps keys to itself: ENOTSUP. The key is
+  /// taken all the same, for the windows of other X programs; the latest one.
+  static constexpr int keptByWayland = 95;
 
   /// @param server not owned; outlives this object.
   explicit XHotKeys(XServer& server);
@@ -32,6 +35,7 @@ class XHotKeys final : public HotKeys {
     std::uint16_t modifiers;
   };
 
+  [[nodiscard]] Registration take(const Grab& wanted);
   [[nodiscard]] int grab(const Grab& wanted);
   void ungrab(const Grab& taken);
   void seen(const XEvent& event);
@@ -39,6 +43,7 @@ class XHotKeys final : public HotKeys {
   XServer& server_;
   std::map<Reference, Grab> grabs_;
   Reference lastReference_ = 0;
+  Reference belowWayland_ = 0;  // 0 when there is none
   XTime lastRelease_ = 0;
   std::function<void()> pressed_;
   XEventFilter filter_;

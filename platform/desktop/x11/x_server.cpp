@@ -18,12 +18,34 @@ constexpr std::uint32_t longestProperty = 1024;
 constexpr XAtom noAtom = XCB_ATOM_NONE;
 constexpr XWindow noWindow = XCB_WINDOW_NONE;
 
+constexpr const char* noServer = "tolvane needs an X server. Log in to an X11 session.";
+
+struct Disconnect {
+  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using OwnConnection = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+OwnConnection connected() {
+  OwnConnection connection(xcb_connect(nullptr, nullptr));
+  if (xcb_connection_has_error(connection.get()) != 0) {
+    throw PlatformError(noServer);
+  }
+  return connection;
+}
+
 xcb_connection_t* connectionOfQt() {
   const auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
   if (native == nullptr) {
-    throw PlatformError("tolvane needs an X server. Log in to an X11 session.");
+    throw PlatformError(noServer);
   }
   return native->connection();
+}
+
+/// Xwayland itself is told from other servers only by the names of its screens, and not in every
+/// version.
+bool isWaylandSession() {
+  const QByteArray kind = qgetenv("XDG_SESSION_TYPE");
+  return kind == "wayland" || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
 XWindow rootOf(xcb_connection_t* connection) {
@@ -56,10 +78,7 @@ std::vector<std::uint32_t> numbersIn(const XReply<xcb_get_property_reply_t>& rep
 /// its connection.
 class XServer::Clock {
  public:
-  Clock() : connection_(xcb_connect(nullptr, nullptr)) {
-    if (xcb_connection_has_error(connection_.get()) != 0) {
-      throw PlatformError("The X server refused a connection.");
-    }
+  Clock() : connection_(connected()) {
     window_ = xcb_generate_id(connection_.get());
     const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_create_window(connection_.get(),
@@ -98,20 +117,21 @@ class XServer::Clock {
   }
 
  private:
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  OwnConnection connection_;
   XWindow window_ = 0;
 };
 
 XServer::XServer()
     : connection_(connectionOfQt()),
       root_(rootOf(connection_)),
-      clock_(std::make_unique<Clock>()) {}
+      clock_(std::make_unique<Clock>()),
+      isBelowWayland_(isWaylandSession()) {}
 
 XServer::~XServer() = default;
+
+void XServer::requireReachable() {
+  connected();
+}
 
 XAtom XServer::atom(const std::string& name) const {
   const auto known = atoms_.find(name);

@@ -28,6 +28,10 @@ class XServer {
   XServer(const XServer&) = delete;
   XServer& operator=(const XServer&) = delete;
 
+  /// To be asked before Qt is, which would abort.
+  /// @throws PlatformError when there is no X server.
+  static void requireReachable();
+
   /// Qt's own, so that requests stay in order with Qt's.
   [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
   [[nodiscard]] XWindow root() const { return root_; }
@@ -44,6 +48,10 @@ class XServer {
   [[nodiscard]] bool hasProperty(XWindow window, const char* property) const;
   void setNumbers(XWindow window, const char* property, const std::vector<std::uint32_t>& numbers);
   void removeProperty(XWindow window, const char* property);
+
+  /// Whether a Wayland desktop runs this server for its X programs: keys and buttons reach it only
+  /// while a window of such a program has them.
+  [[nodiscard]] bool isBelowWayland() const { return isBelowWayland_; }
 
   [[nodiscard]] XWindow activeWindow() const;
   [[nodiscard]] bool exists(XWindow window) const;
@@ -75,6 +83,7 @@ class XServer {
   mutable std::map<std::string, XAtom> atoms_;
   std::unique_ptr<Clock> clock_;
   std::optional<XTime> userTime_;
+  bool isBelowWayland_;
 };
 
 }  // namespace tolvane
