@@ -3,25 +3,25 @@
 #include <functional>
 #include <memory>
 
+#include "platform/process/ending_signals.h"
+
 class QSocketNotifier;
 
 namespace tolvane {
 
-/// The signals by which a session, or a terminal, asks a program to end. Main thread only; to be
-/// made before there are other threads, Qt's among them, which must not take the signals.
+/// The signals that ask the host to end, told in Qt's loop. Main thread only; to be made before
+/// there are other threads, Qt's among them.
 class TerminationSignals {
  public:
   /// @throws PlatformError
   TerminationSignals();
   ~TerminationSignals();
-  TerminationSignals(const TerminationSignals&) = delete;
-  TerminationSignals& operator=(const TerminationSignals&) = delete;
 
   /// @param arrived called in the loop, once for each signal, also for one that came before.
   void listen(std::function<void()> arrived);
 
  private:
-  int descriptor_;  // signalfd, owned
+  EndingSignals signals_;
   std::unique_ptr<QSocketNotifier> notifier_;
 };
 

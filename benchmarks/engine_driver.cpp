@@ -26,7 +26,7 @@
 #include <vector>
 
 #include "benchmarks/timed_run.h"
-#include "platform/process/descriptor.h"
+#include "platform/files/descriptor.h"
 #include "platform/process/engine_process.h"
 #include "platform/process/process_log.h"
 #include "universal/toolchain/local_toolchain.h"

@@ -2,6 +2,8 @@
 
 #include <functional>
 
+#include "platform/process/ending_signals.h"
+
 namespace tolvane {
 
 class EventLoop;
@@ -24,10 +26,10 @@ class Interrupt {
   void take();
   void end();
 
+  EndingSignals signals_;
   EventLoop& loop_;
   std::function<void()> interrupted_;  // empty once it was called
   std::function<void()> ending_;
-  int descriptor_ = -1;  // signalfd, owned
 };
 
 }  // namespace tolvane

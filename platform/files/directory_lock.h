@@ -2,6 +2,9 @@
 
 #include <filesystem>
 #include <optional>
+#include <utility>
+
+#include "platform/files/descriptor.h"
 
 namespace tolvane {
 
@@ -12,16 +15,10 @@ class DirectoryLock {
   /// @return nullopt when another process holds the lock or the folder cannot be opened.
   [[nodiscard]] static std::optional<DirectoryLock> tryLock(const std::filesystem::path& folder);
 
-  DirectoryLock(const DirectoryLock&) = delete;
-  DirectoryLock& operator=(const DirectoryLock&) = delete;
-  DirectoryLock(DirectoryLock&& other) noexcept;
-  DirectoryLock& operator=(DirectoryLock&& other) noexcept;
-  ~DirectoryLock();
-
  private:
-  explicit DirectoryLock(int descriptor) : descriptor_(descriptor) {}
+  explicit DirectoryLock(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
 
-  int descriptor_;  // owned; -1 once moved away
+  Descriptor descriptor_;
 };
 
 }  // namespace tolvane

@@ -10,6 +10,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "platform/files/descriptor.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane::FileSystem {
@@ -18,31 +19,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// An open file, closed when it goes.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (isOpen()) {
-      ::close(number_);
-    }
+/// Some file systems tell only here that they are full.
+void closeWritten(Descriptor& file, const fs::path& path) {
+  if (::close(file.release()) != 0) {
+    throw PlatformError::fromErrno("write", path, errno);
   }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-  [[nodiscard]] int number() const { return number_; }
-
-  /// For written files: some file systems tell only here that they are full.
-  void close(const fs::path& path) {
-    if (::close(std::exchange(number_, -1)) != 0) {
-      throw PlatformError::fromErrno("write", path, errno);
-    }
-  }
-
- private:
-  int number_;
-};
+}
 
 Descriptor openedForReading(const fs::path& path) {
   // Not to be kept waiting by a pipe that took the file's place.
@@ -174,7 +156,7 @@ void writeAtomically(const fs::path& path, BytesView bytes, const fs::path& show
   }
   try {
     writeAll(file, shownAs, bytes);
-    file.close(shownAs);
+    closeWritten(file, shownAs);
     if (::rename(temporary.c_str(), path.c_str()) != 0) {
       throw PlatformError::fromErrno("write", shownAs, errno);
     }
@@ -190,7 +172,7 @@ void append(const fs::path& path, BytesView bytes) {
     throw PlatformError::fromErrno("write", path, errno);
   }
   writeAll(file, path, bytes);
-  file.close(path);
+  closeWritten(file, path);
 }
 
 void createDirectory(const fs::path& path, unsigned mode) {
@@ -198,7 +180,9 @@ void createDirectory(const fs::path& path, unsigned mode) {
     throw PlatformError::fromErrno("create", path, errno);
   }
   if (::chmod(path.c_str(), mode) != 0) {
-    throw PlatformError::fromErrno("create", path, errno);
+    const int code = errno;
+    ::rmdir(path.c_str());
+    throw PlatformError::fromErrno("create", path, code);
   }
 }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/process/descriptor.h"
+#include "platform/files/descriptor.h"
 
 namespace tolvane {
 
@@ -38,9 +38,9 @@ class EngineProcess {
   /// @return whether the engine has ended.
   [[nodiscard]] bool endsWithin(std::chrono::milliseconds limit) const;
 
-  /// SIGTERM to the engine and all its descendants.
+  /// Has the helper send SIGTERM to the engine and all its descendants.
   void askToEnd() const noexcept;
-  /// SIGKILL to all of them.
+  /// Has the helper kill all of them, which SIGQUIT means to it.
   void kill() const noexcept;
 
   /// Waits for the end.

@@ -10,43 +10,25 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/files/descriptor.h"
+#include "platform/files/file_system.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane::Launcher {
 
 namespace {
 
-/// An owned descriptor.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() { close(); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  [[nodiscard]] int number() const { return number_; }
-  void close() {
-    if (number_ >= 0) {
-      ::close(number_);
-    }
-    number_ = -1;
-  }
-
- private:
-  int number_;
-};
-
 /// The file that starting `program` would run; empty when there is none.
 std::string executable(const std::string& program) {
   if (program.find('/') != std::string::npos) {
-    return program;
+    return FileSystem::isExecutableFile(program) ? program : std::string();
   }
   const char* path = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): nobody sets any
   std::istringstream folders(path != nullptr ? path : "/usr/local/bin:/usr/bin:/bin");
   for (std::string folder; std::getline(folders, folder, ':');) {
     const bool isNamed = !folder.empty();
     folder.append("/").append(program);
-    if (isNamed && ::access(folder.c_str(), X_OK) == 0) {
+    if (isNamed && FileSystem::isExecutableFile(folder)) {
       return folder;
     }
   }
@@ -160,7 +142,7 @@ void start(const std::string& program,
   if (session == 0) {
     startSession({file.c_str(), pointers.data(), content.number(), failure.number()});
   }
-  failure.close();
+  failure = Descriptor();
   reap(session);
   if (const int code = reportedBy(reports.number()); code != 0) {
     throw PlatformError::fromErrno("start", file, code);

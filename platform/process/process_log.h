@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "platform/files/bytes.h"
-#include "platform/process/descriptor.h"
+#include "platform/files/descriptor.h"
 
 namespace tolvane {
 

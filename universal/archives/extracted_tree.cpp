@@ -2,16 +2,13 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <dirent.h>
 #include <fcntl.h>
-#include <memory>
-#include <string_view>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <utility>
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/limits.h"
+#include "platform/files/folder_walk.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane::ExtractedTree {
@@ -24,24 +21,6 @@ using Clock = std::chrono::steady_clock;
 constexpr int restBetweenWalks = 20;  // times as long as the walk itself
 
 enum class Extraction { running, finished };
-
-struct CloseFolder {
-  void operator()(DIR* folder) const { ::closedir(folder); }
-};
-using Folder = std::unique_ptr<DIR, CloseFolder>;
-
-/// @param parent an open folder, or AT_FDCWD.
-/// @return null, and errno, when it cannot be read.
-Folder openFolder(int parent, const char* name) {
-  const int descriptor = ::openat(parent, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-  Folder folder(descriptor >= 0 ? ::fdopendir(descriptor) : nullptr);
-  if (!folder && descriptor >= 0) {
-    const int code = errno;
-    ::close(descriptor);
-    errno = code;
-  }
-  return folder;
-}
 
 void refuseUnless(bool isSafe) {
   if (!isSafe) {
@@ -60,61 +39,60 @@ void makeReadable(int folder, const char* name, mode_t mode) {
 
 /// One pass over a tree. Items are looked at from their folder, because finding each from the root
 /// takes the kernel twice as long.
-class Walk {
+class Pass {
  public:
-  Walk(const CancellationToken& token, Extraction extraction)
+  Pass(const CancellationToken& token, Extraction extraction)
       : token_(token), extraction_(extraction) {}
 
-  /// @throws PlatformError when a part of it cannot be read.
-  void enter(DIR& folder);
+  /// @throws PlatformError when a part of it cannot be read; not while extraction is running, when
+  /// folders may come, go and be closed.
+  void over(const OpenFolder& root);
 
  private:
-  void visit(int folder, const char* name);
+  void visit(const OpenFolder& folder, const OpenFolder::Entry& item);
 
   const CancellationToken& token_;
   Extraction extraction_;
   std::uint64_t total_ = 0;  // bytes
 };
 
-void Walk::enter(DIR& folder) {
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread reads this folder's stream
-  while (const dirent* entry = ::readdir(&folder)) {
-    const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") {
+void Pass::over(const OpenFolder& root) {
+  FolderWalk walk(root.descriptor());
+  while (const auto path = walk.next()) {
+    auto folder = walk.open(*path);
+    if (!folder && extraction_ == Extraction::finished) {
+      throw PlatformError::fromErrno("read", *path, errno);
+    }
+    while (const auto item = folder ? folder->next() : std::nullopt) {
       token_.check();
-      visit(::dirfd(&folder), entry->d_name);
+      visit(*folder, *item);
+      if (item->isFolder) {
+        walk.add(*path, item->name);
+      }
     }
   }
 }
 
-void Walk::visit(int folder, const char* name) {
+void Pass::visit(const OpenFolder& folder, const OpenFolder::Entry& item) {
   struct stat status = {};
-  const bool isThere = ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) == 0;
+  const bool isThere = ::fstatat(folder.descriptor(), item.name, &status, AT_SYMLINK_NOFOLLOW) == 0;
   if (!isThere && extraction_ == Extraction::running) {
     return;  // it has gone
   }
   // A pipe would keep the packer waiting.
   refuseUnless(isThere && (S_ISDIR(status.st_mode) || S_ISREG(status.st_mode)));
   if (extraction_ == Extraction::finished) {
-    makeReadable(folder, name, status.st_mode);
+    makeReadable(folder.descriptor(), item.name, status.st_mode);
   }
-  if (S_ISDIR(status.st_mode)) {
-    const Folder inner = openFolder(folder, name);
-    if (!inner) {
-      throw PlatformError::fromErrno("read", name, errno);
-    }
-    enter(*inner);
-    return;
+  if (S_ISREG(status.st_mode)) {
+    total_ += static_cast<std::uint64_t>(status.st_size);
+    refuseUnless(total_ <= Limits::maxExpandedBytes);
   }
-  total_ += static_cast<std::uint64_t>(status.st_size);
-  refuseUnless(total_ <= Limits::maxExpandedBytes);
 }
 
-/// Archives can take their owner's right to read what was in them, and packing it needs that.
-/// @param mode of a folder or a regular file.
 void walk(const fs::path& root, const CancellationToken& token, Extraction extraction) {
-  if (const Folder folder = openFolder(AT_FDCWD, root.c_str())) {
-    Walk(token, extraction).enter(*folder);
+  if (const auto folder = OpenFolder::open(AT_FDCWD, root.c_str())) {
+    Pass(token, extraction).over(*folder);
   }
 }
 
@@ -136,10 +114,7 @@ void Watch::operator()() {
   if (start < next_) {
     return;
   }
-  try {
-    walk(root_, *token_, Extraction::running);
-  } catch (const PlatformError&) {  // something went away under the walk
-  }
+  walk(root_, *token_, Extraction::running);
   const auto end = Clock::now();
   next_ = end + restBetweenWalks * (end - start);
 }

@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr double timeout = 180;  // seconds
-constexpr unsigned ownerOnly = 0700;
 
 /// Separator, text delimiter, character set (UTF-8) and first line, in the suite's numbers.
 constexpr const char* commaSeparated = "csv:Text - txt - csv (StarCalc):44,34,76,1";
@@ -73,7 +72,7 @@ std::vector<std::string> argumentsFor(const fs::path& input,
 /// @return the result, in a folder of its own in the workspace.
 fs::path exported(const fs::path& input, std::string_view target, const JobContext& context) {
   const fs::path folder = context.freshFile("office-", "");
-  FileSystem::createDirectory(folder, ownerOnly);
+  FileSystem::createDirectory(folder, FileSystem::ownerOnly);
   const fs::path profile = fs::absolute(context.workspace / "lo-profile");
   makeOfficeProfile(profile, context.toolchain.find("soffice").value_or(fs::path()));
   context.run("soffice", argumentsFor(input, target, folder, profile), timeout);

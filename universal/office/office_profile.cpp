@@ -15,8 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr unsigned ownerOnly = 0700;
-
 /// Only documents in trusted places, of which there are none, may point at pictures. Without it the
 /// suite puts every picture that it can read into the result.
 constexpr std::string_view settings = R"(<?xml version="1.0" encoding="UTF-8"?>
@@ -51,7 +49,7 @@ std::string buildOf(const fs::path& suite) {
 void nameBuild(const fs::path& user, const fs::path& suite) {
   const std::string build = buildOf(suite);
   if (!build.empty()) {
-    FileSystem::createDirectory(user / "extensions", ownerOnly);
+    FileSystem::createDirectory(user / "extensions", FileSystem::ownerOnly);
     FileSystem::writeAtomically(user / "extensions" / "buildid", asBytes(build));
   }
 }
@@ -65,8 +63,8 @@ void makeOfficeProfile(const fs::path& profile, const fs::path& suite) {
   if (fs::exists(file, ignored)) {
     return;  // the suite has added its own settings to it
   }
-  FileSystem::createDirectory(profile, ownerOnly);
-  FileSystem::createDirectory(user, ownerOnly);
+  FileSystem::createDirectory(profile, FileSystem::ownerOnly);
+  FileSystem::createDirectory(user, FileSystem::ownerOnly);
   nameBuild(user, suite);
   FileSystem::writeAtomically(file, asBytes(settings));
 }

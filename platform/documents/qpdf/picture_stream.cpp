@@ -16,10 +16,6 @@ namespace tolvane::PictureStream {
 
 namespace {
 
-std::string_view textOf(BytesView bytes) {
-  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 QPDFObjectHandle name(const char* value) {
   return QPDFObjectHandle::newName(value);
 }
@@ -53,12 +49,12 @@ PngRows rowsOf(BytesView png) {
   PngRows rows;
   for (std::size_t chunk = signature; chunk + framing <= png.size();) {
     const std::size_t length = BigEndian::read32(png, chunk);
-    const std::string_view type = textOf(png.subspan(chunk + 4, 4));
+    const std::string_view type = asText(png.subspan(chunk + 4, 4));
     const BytesView data = png.subspan(chunk + 8, length);
     if (type == "IHDR") {
       rows.grey = data[colorTypeInHeader] == 0;
     } else if (type == "IDAT") {
-      rows.deflated += textOf(data);
+      rows.deflated += asText(data);
     }
     chunk += framing + length;
   }
@@ -100,7 +96,7 @@ QPDFObjectHandle colorSpaceOf(QPDF& document, const JpegPhoto& photo) {
   if (photo.colorProfile.empty()) {
     return device;
   }
-  QPDFObjectHandle profile = document.newStream(std::string(textOf(photo.colorProfile)));
+  QPDFObjectHandle profile = document.newStream(std::string(asText(photo.colorProfile)));
   profile.getDict().replaceKey("/N", QPDFObjectHandle::newInteger(photo.components));
   profile.getDict().replaceKey("/Alternate", device);
   return QPDFObjectHandle::newArray({name("/ICCBased"), profile});
@@ -124,7 +120,7 @@ QPDFObjectHandle of(QPDF& document, const JpegPhoto& photo) {
   QPDFObjectHandle image =
       imageObject(document, photo.width, photo.height, colorSpaceOf(document, photo));
   image.replaceStreamData(
-      std::string(textOf(photo.data)), name("/DCTDecode"), QPDFObjectHandle::newNull());
+      std::string(asText(photo.data)), name("/DCTDecode"), QPDFObjectHandle::newNull());
   return image;
 }
 

@@ -23,29 +23,24 @@ SourceFile::SourceFile(std::filesystem::path path)
     // Not to be kept waiting by a pipe that took the file's place.
     : path_(std::move(path)),
       descriptor_(::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
-  if (descriptor_ < 0) {
+  if (!descriptor_.isOpen()) {
     throw PlatformError::fromErrno("open", path_, errno);
   }
-  if (::fstat(descriptor_, &opened_) != 0) {
-    const int code = errno;
-    ::close(descriptor_);
-    throw PlatformError::fromErrno("read", path_, code);
+  if (::fstat(descriptor_.number(), &opened_) != 0) {
+    throw PlatformError::fromErrno("read", path_, errno);
   }
   if (!S_ISREG(opened_.st_mode)) {
-    ::close(descriptor_);
     throw PlatformError("Could not read " + path_.string() + ": it is no regular file.");
   }
-}
-
-SourceFile::~SourceFile() {
-  ::close(descriptor_);
 }
 
 std::size_t SourceFile::read(std::uint64_t offset, std::span<char> into) noexcept {
   std::size_t done = 0;
   while (done < into.size()) {
-    const ssize_t count = ::pread(
-        descriptor_, into.data() + done, into.size() - done, static_cast<off_t>(offset + done));
+    const ssize_t count = ::pread(descriptor_.number(),
+                                  into.data() + done,
+                                  into.size() - done,
+                                  static_cast<off_t>(offset + done));
     if (count > 0) {
       done += static_cast<std::size_t>(count);
     } else if (count == 0 || errno != EINTR) {

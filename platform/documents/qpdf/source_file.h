@@ -8,6 +8,8 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "platform/files/descriptor.h"
+
 namespace tolvane {
 
 /// A file that is read on demand and must stay as it was when it was opened. It is read rather than
@@ -16,13 +18,13 @@ class SourceFile {
  public:
   /// @throws PlatformError when the file cannot be opened.
   explicit SourceFile(std::filesystem::path path);
-  ~SourceFile();
+  ~SourceFile() = default;
   SourceFile(const SourceFile&) = delete;
   SourceFile& operator=(const SourceFile&) = delete;
 
   [[nodiscard]] const std::string& name() const { return path_.native(); }
   [[nodiscard]] std::uint64_t size() const { return static_cast<std::uint64_t>(opened_.st_size); }
-  [[nodiscard]] int descriptor() const { return descriptor_; }
+  [[nodiscard]] int descriptor() const { return descriptor_.number(); }
 
   /// @return the bytes read; fewer than asked for only at the end of the file. A failure reads as
   /// the end of the file, because libqpdf takes exceptions for damage; checkUnchanged() tells it.
@@ -35,7 +37,7 @@ class SourceFile {
 
  private:
   std::filesystem::path path_;
-  int descriptor_;
+  Descriptor descriptor_;
   struct stat opened_ {};
   std::atomic<int> readFailure_ = 0;  // errno of the first failed read
 };

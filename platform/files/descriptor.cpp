@@ -1,4 +1,4 @@
-#include "platform/process/descriptor.h"
+#include "platform/files/descriptor.h"
 
 #include <unistd.h>
 
