@@ -8,10 +8,15 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <span>
+#include <spawn.h>
 #include <string>
 #include <string_view>
 #include <strings.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -74,7 +79,6 @@ void prepareTurned(Arguments& arguments) {
 struct Invocation {
   std::string program;
   Arguments arguments;
-  std::string policyFolders = policyFolder();
 };
 
 /// @return the picture that is read, which follows the limits; the end when there is none.
@@ -88,45 +92,81 @@ Arguments::iterator inputOf(Arguments& arguments) {
   return place < output ? place : arguments.end();
 }
 
-bool becomesStandardInput(const std::string& file) {
-  const int descriptor = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  const bool isOpen = descriptor >= 0 && ::dup2(descriptor, STDIN_FILENO) >= 0;
-  if (descriptor > STDIN_FILENO) {
-    ::close(descriptor);
-  }
-  return isOpen;
+/// Told nothing but the picture's text, the renderer has no place to look for files that it names.
+bool render(int svg, int png) {
+  constexpr const char* program = "/usr/bin/rsvg-convert";
+  std::array<std::string, 2> words = {program, "--format=png"};
+  const std::array<char*, 3> pointers = {words[0].data(), words[1].data(), nullptr};
+  posix_spawn_file_actions_t actions = {};
+  ::posix_spawn_file_actions_init(&actions);
+  ::posix_spawn_file_actions_adddup2(&actions, svg, STDIN_FILENO);
+  ::posix_spawn_file_actions_adddup2(&actions, png, STDOUT_FILENO);
+  pid_t renderer = 0;
+  const bool hasStarted =
+      ::posix_spawn(&renderer, program, &actions, nullptr, pointers.data(), environ) == 0;
+  ::posix_spawn_file_actions_destroy(&actions);
+  int status = 0;
+  return hasStarted && ::waitpid(renderer, &status, 0) == renderer && status == 0;
 }
 
-/// Version 6 hands SVG to other programs, which are banned. Its own reader draws what files the
-/// picture names, too; so it has a policy under which it opens none, not even the picture.
-void drawSvg(Invocation& invocation) {
-  static std::array<std::string, 3> drawing = {"-background", "none", "msvg:-[0]"};
+/// A picture may state any size, and would be painted whole.
+class MemoryLimit {
+ public:
+  explicit MemoryLimit(rlim_t bytes) {
+    ::getrlimit(RLIMIT_AS, &before_);
+    const rlimit limited = {std::min(bytes, before_.rlim_max), before_.rlim_max};
+    ::setrlimit(RLIMIT_AS, &limited);
+  }
+  ~MemoryLimit() { ::setrlimit(RLIMIT_AS, &before_); }
+  MemoryLimit(const MemoryLimit&) = delete;
+  MemoryLimit& operator=(const MemoryLimit&) = delete;
+
+ private:
+  rlimit before_ = {};
+};
+
+bool becomesStandardInput(const std::string& file) {
+  constexpr rlim_t twoGigabytes = rlim_t{2} << 30U;
+  const MemoryLimit limit(twoGigabytes);
+  const int svg = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+  const int png = ::memfd_create("picture", MFD_CLOEXEC);
+  return svg >= 0 && png >= 0 && render(svg, png) && ::lseek(png, 0, SEEK_SET) == 0 &&
+         ::dup2(png, STDIN_FILENO) >= 0;
+}
+
+/// Version 6 hands SVG to other programs through a shell, which is banned, and what its own reader
+/// draws lacks gradients and clips and has outlines that nobody asked for.
+/// @return false when it cannot be drawn.
+bool drawSvg(Arguments& arguments) {
+  static std::array<std::string, 3> drawn = {"-background", "none", "png:-[0]"};
   constexpr std::string_view firstOnly = "[0]";
-  const auto input = inputOf(invocation.arguments);
-  if (input == invocation.arguments.end()) {
-    return;
+  const auto input = inputOf(arguments);
+  if (input == arguments.end()) {
+    return true;
   }
   std::string file = *input;
   if (file.ends_with(firstOnly)) {
     file.resize(file.size() - firstOnly.size());
   }
-  if (hasExtension(file, ".svg") && becomesStandardInput(file)) {
-    insert(invocation.arguments, invocation.arguments.erase(input), drawing);
-    invocation.policyFolders += ":" + policyFolder() + "/svg";
+  if (!hasExtension(file, ".svg")) {
+    return true;
   }
+  insert(arguments, arguments.erase(input), drawn);
+  return becomesStandardInput(file);
 }
 
-Invocation translated(Arguments arguments) {
+/// @return nullopt when the picture cannot be drawn.
+std::optional<Invocation> translated(Arguments arguments) {
   const std::string_view tool = arguments.size() > 2 ? arguments[1] : "";
   if (tool == "identify" || tool == "montage") {
     arguments.erase(arguments.begin());
-    return {"/usr/bin/" + std::string(tool) + "-im6.q16", std::move(arguments)};
+    return Invocation{"/usr/bin/" + std::string(tool) + "-im6.q16", std::move(arguments)};
   }
   prepareTurned(arguments);
   flattenAvif(arguments);
-  Invocation conversion = {"/usr/bin/convert-im6.q16", std::move(arguments)};
-  drawSvg(conversion);
-  return conversion;
+  return drawSvg(arguments)
+             ? std::optional(Invocation{"/usr/bin/convert-im6.q16", std::move(arguments)})
+             : std::nullopt;
 }
 
 }  // namespace
@@ -134,9 +174,12 @@ Invocation translated(Arguments arguments) {
 int main(int count, char** arguments) {
   constexpr int cannotRun = 127;
   constexpr int keep = 0;  // the caller's own choice of a policy
-  const Invocation invocation = translated({arguments, arguments + count + 1});
-  ::setenv("MAGICK_CONFIGURE_PATH", invocation.policyFolders.c_str(), keep);
-  ::execv(invocation.program.c_str(), invocation.arguments.data());
-  std::perror(invocation.program.c_str());
+  const auto invocation = translated({arguments, arguments + count + 1});
+  if (!invocation) {
+    return EXIT_FAILURE;
+  }
+  ::setenv("MAGICK_CONFIGURE_PATH", policyFolder().c_str(), keep);
+  ::execv(invocation->program.c_str(), invocation->arguments.data());
+  std::perror(invocation->program.c_str());
   return cannotRun;
 }
