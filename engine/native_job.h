@@ -13,7 +13,8 @@
 
 namespace tolvane {
 
-/// Counts finished units of work and reports each step.
+/// Counts finished units of work and reports each step, on the worker. What is expected is said
+/// first.
 class WorkCounter {
  public:
   explicit WorkCounter(Progress progress) : progress_(std::move(progress)) {}

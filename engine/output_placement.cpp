@@ -1,6 +1,8 @@
 #include "engine/output_placement.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <system_error>
 #include <utility>
 
 #include "engine/output_names.h"
@@ -43,14 +45,18 @@ Placement::Placement(fs::path folder, std::vector<fs::path> sources, PlacementSe
     : folder_(std::move(folder)), sources_(std::move(sources)), sentences_(sentences) {}
 
 Placement::~Placement() {
-  for (const fs::path& file : placed_) {
-    FileSystem::removeQuietly(file);
+  for (std::size_t index = 0; index < placed_.size(); ++index) {
+    std::error_code error;
+    if (fs::equivalent(placed_[index], staged_[index], error) && !error) {
+      fs::remove(placed_[index], error);
+    }
   }
 }
 
 void Placement::place(const StagedOutput& output) {
   // Room beforehand: a file that is in place must get into the list, or it could not be removed.
   placed_.reserve(placed_.size() + 1);
+  staged_.push_back(output.file);
   placed_.push_back(promote(output));
 }
 

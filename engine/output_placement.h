@@ -54,7 +54,8 @@ struct PlacementSentences {
 };
 
 /// Puts the results of one job into the user's folder, all or none: what was placed is removed
-/// again unless finish() is reached.
+/// again unless finish() is reached, or the user has put something else in its place. Goes before
+/// the workspace.
 class Placement {
  public:
   /// @param folder as prepareDestination() gives it; on the file system of the staged files.
@@ -81,6 +82,7 @@ class Placement {
   std::vector<std::filesystem::path> sources_;
   PlacementSentences sentences_;
   std::vector<std::filesystem::path> placed_;
+  std::vector<std::filesystem::path> staged_;  // the same files in the workspace
 };
 
 /// Places every output of a native job, in order, unless the job is cancelled meanwhile.

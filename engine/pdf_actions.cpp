@@ -140,9 +140,7 @@ void stageText(NativeJob& job, const Input& input, const TextFile& file) {
   if (isBlank(input.text)) {
     throw ConversionFailure::message(file.refusalWhenBlank);
   }
-  const BytesView bytes(reinterpret_cast<const std::uint8_t*>(input.text.data()),
-                        input.text.size());
-  job.staged.stage(bytes, input.stem + file.suffix);
+  job.staged.stage(asBytes(input.text), input.stem + file.suffix);
 }
 
 void finishInput(NativeJob& job, Input& input) {
