@@ -29,7 +29,7 @@ Item {
 
     focus: true
     Keys.onRightPressed: current = (current + 1) % entries.length
-    Keys.onLeftPressed: current = (current + entries.length - 1) % entries.length
+    Keys.onLeftPressed: current = (Math.max(current, 0) + entries.length - 1) % entries.length
     Keys.onReturnPressed: if (current >= 0) chosen(current)
     onEntriesChanged: current = -1
 

@@ -51,9 +51,7 @@ FocusScope {
         tools = state.tools || []
     }
     function choose(picked) {
-        if (picked.isMore) {
-            present("actions")
-        } else if (picked.available) {
+        if (!picked.isMore && picked.available) {
             offer = picked
             present("editor")
         } else {

@@ -15,9 +15,9 @@ Page {
     // What two of the PDF tools need and the catalog leaves to the interface.
     function fieldsOf(offer) {
         if (offer.nativeAction === "split_pdf")
-            return offer.fields.concat([{key: "range", label: "Pages, such as 1-3,5 (empty: each page)", default: "", type: "text"}])
+            return offer.fields.concat([{key: "range", label: "Pages, such as 1-3,5 (empty: all pages)", default: "", type: "text"}])
         if (offer.nativeAction === "edit_pdf")
-            return offer.fields.concat([{key: "pages", label: "Pages in their new order, such as 3,1,2", default: "", type: "text"}])
+            return offer.fields.concat([{key: "pages", label: "Pages in their new order, such as 3,1,2", default: "", type: "text", pattern: /^\s*\d+(\s*,\s*\d+)*\s*$/}])
         return offer.fields
     }
     function options() {

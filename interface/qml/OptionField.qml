@@ -5,11 +5,11 @@ Item {
     id: field
 
     property var theme
-    property var definition  // {key, label, default, type}
+    property var definition  // {key, label, default, type}, and a pattern for some texts
     property var value: definition.default
     readonly property bool isFlag: definition.type === "bool"
     readonly property bool isNumber: definition.type === "number"
-    readonly property bool isValid: isFlag || !isNumber || !isNaN(Number(input.text)) && input.text.trim() !== ""
+    readonly property bool isValid: isFlag || (isNumber ? !isNaN(Number(input.text)) && input.text.trim() !== "" : !definition.pattern || definition.pattern.test(input.text))
 
     implicitHeight: isFlag ? flag.implicitHeight : label.height + box.height + 4
 
