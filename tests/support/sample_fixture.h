@@ -21,6 +21,24 @@ inline std::string ruledRow(int row) {
          ") Tj ET 60 " + std::to_string(717 - 14 * row) + " 400 0.5 re f\n";
 }
 
+inline const std::map<std::string, const char*>& sampleTexts() {
+  static const std::map<std::string, const char*> texts = {
+      {"plain.txt", "One line.\nAnother line.\n"},
+      {"page.html", "<h1>Heading</h1><p>First paragraph.</p>"},
+      {"letter.rtf", R"({\rtf1\ansi Dear {\b reader}\u8217?s cat\par})"},
+      {"slides.md", "# First slide\n\nText one\n\n# Second slide\n\nText two\n"},
+      {"prices.csv", "Item,Price\n\"Tea, green\",\"1,5\"\n<b>&,2\n"},
+      {"open.csv", "Item,Price\n\"Tea, green,1\n"},
+      {"film.srt", "1\r\n00:00:01,000 --> 00:00:02,500\r\nHello there\r\n"},
+      {"mixed.srt",
+       "\uFEFF00:00:01,000 --> 00:00:02,500\r\nHello\nthere\r\n\r\n2\n"
+       "00:00:03,000 --> 00:00:04,000\rBye\n"},
+      {"flash.srt", "1\n00:00:01,000 --> 00:00:01,000\nHello\n"},
+      // An encrypted document stands within a compound file, whose signature this is.
+      {"sealed.docx", "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1 and what is encrypted"}};
+  return texts;
+}
+
 /// Files of every kind, made by the engines themselves.
 class SampleFixture : public UniversalJobFixture {
  protected:
@@ -30,23 +48,19 @@ class SampleFixture : public UniversalJobFixture {
 
   /// Makes one of the samples in the folder of inputs, and what it is made of.
   void makeSample(const std::string& name) {
-    static const std::map<std::string, const char*> texts = {
-        {"plain.txt", "One line.\nAnother line.\n"},
-        {"page.html", "<h1>Heading</h1><p>First paragraph.</p>"},
-        {"letter.rtf", R"({\rtf1\ansi Dear {\b reader}\u8217?s cat\par})"},
-        {"slides.md", "# First slide\n\nText one\n\n# Second slide\n\nText two\n"},
-        {"prices.csv", "Item,Price\n\"Tea, green\",\"1,5\"\n<b>&,2\n"},
-        {"film.srt", "1\r\n00:00:01,000 --> 00:00:02,500\r\nHello there\r\n"}};
     const std::string extension = FileNames::extension(name);
-    if (const auto text = texts.find(name); text != texts.end()) {
+    if (const auto text = sampleTexts().find(name); text != sampleTexts().end()) {
       sources_.write(name, text->second);
     } else if (extension == "pdf" || extension == "png") {
       makePages(name);
-    } else if (extension == "xlsx") {
+    } else if (extension == "xlsx" || extension == "ods") {
       makeSample("prices.csv");
-      make("soffice",
-           support::words("-env:UserInstallation=file://" + (sources_ / "profile").string() +
-                          " --headless --convert-to xlsx prices.csv"));
+      makeWithSuite("prices.csv", extension);
+    } else if (name == "suite.docx" || name == "suite.rtf") {
+      make("pandoc", {"notes.md", "-o", "suite.odt"});
+      makeWithSuite("suite.odt", extension);
+    } else if (name == "locked.epub") {
+      makeLockedBook(name);
     } else if (extension == "mp4") {
       makeClip(name, "-f lavfi -i testsrc=size=160x120:rate=10:duration=1");
     } else if (extension == "mp3") {
@@ -57,8 +71,29 @@ class SampleFixture : public UniversalJobFixture {
       makeSample("slides.md");
       make("pandoc", {"slides.md", "-o", name});
     } else if (extension != "md") {
-      make("pandoc", {"notes.md", "-o", name});
+      make("pandoc", {"notes.md", "--standalone", "-o", name});
     }
+  }
+
+  void makeWithSuite(const std::string& input, const std::string& extension) {
+    make("soffice",
+         support::words("-env:UserInstallation=file://" + (sources_ / "profile").string() +
+                        " --headless --convert-to " + extension + " " + input));
+  }
+
+  /// A book whose chapter is encrypted, as shops sell them.
+  void makeLockedBook(const std::string& name) {
+    make("pandoc", {"notes.md", "-o", name});
+    std::filesystem::create_directories(sources_ / "META-INF");
+    std::filesystem::create_directories(sources_ / "EPUB/text");
+    sources_.write("META-INF/encryption.xml",
+                   R"(<encryption xmlns="urn:oasis:names:tc:opendocument:xmlns:container">
+<EncryptedData xmlns="http://www.w3.org/2001/04/xmlenc#">
+<EncryptionMethod Algorithm="http://www.w3.org/2001/04/xmlenc#aes128-cbc"/>
+<CipherData><CipherReference URI="EPUB/text/ch001.xhtml"/></CipherData>
+</EncryptedData></encryption>)");
+    sources_.write("EPUB/text/ch001.xhtml", support::repeated("\xD3\x81\xFE\x17", 200));
+    make("zip", {"-q", name, "META-INF/encryption.xml", "EPUB/text/ch001.xhtml"});
   }
 
   /// One second with a tone.
@@ -74,6 +109,10 @@ class SampleFixture : public UniversalJobFixture {
         rows += ruledRow(row);
       }
       support::PdfBuilder().page({.drawing = rows}).write(sources_ / name);
+      return;
+    }
+    if (name == "locked.pdf") {
+      support::PdfBuilder().page({.text = "Text"}).writeLocked(sources_ / name, "secret");
       return;
     }
     support::PdfBuilder()

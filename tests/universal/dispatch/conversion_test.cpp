@@ -1,17 +1,14 @@
 #include "universal/dispatch/conversion.h"
 
-#include <chrono>
-#include <future>
 #include <ostream>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "formats/delimited_text.h"
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_system.h"
 #include "platform/text/base64.h"
-#include "tests/support/eventually.h"
 #include "tests/support/pdf_builder.h"
 #include "tests/support/sample_fixture.h"
 #include "tests/support/words.h"
@@ -21,6 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using support::contentOf;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -56,16 +54,25 @@ const RouteCase routes[] = {
     {"prices.csv", "tsv", "prices.tsv", "Tea, green\t1,5\r\n<b>&\t2"},
     {"prices.csv", "xlsx", "prices.xlsx", "&lt;b&gt;&amp;"},
     {"prices.xlsx", "csv", "prices.csv", "\"Tea, green\""},
+    {"prices.ods", "csv", "prices.csv", "\"Tea, green\",\"1,5\"\n\"<b>&\",2"},
     {"report.docx", "png", "document-page-1.png", "a picture"},
     {"report.docx", "md", "report.md", "First *paragraph*."},
+    {"suite.docx", "md", "suite.md", "# Heading\n\nFirst *paragraph*.\n\nŽluťoučký kůň."},
     {"report.odt", "docx", "report.docx", "Heading"},
     {"notes.md", "pdf", "notes.pdf", "First *paragraph*."},
     {"notes.md", "docx", "notes.docx", "Heading"},
     {"letter.rtf", "docx", "letter.docx", "Dear reader’s cat"},
     {"letter.rtf", "md", "letter.md", "Dear reader’s cat"},
+    {"suite.rtf", "md", "suite.md", "First paragraph.\nŽluťoučký kůň."},
+    {"saved.html", "md", "saved.md", "# Heading\n\nFirst *paragraph*.\n\nŽluťoučký kůň."},
     {"talk.pptx", "jpg", "slides-page-1.jpg slides-page-2.jpg", "a picture"},
     {"film.srt", "vtt", "film.vtt", "WEBVTT\n\n00:00:01.000"},
     {"film.srt", "txt", "film.txt", "Hello there\n"},
+    {"mixed.srt",
+     "vtt",
+     "mixed.vtt",
+     "WEBVTT\n\n00:00:01.000 --> 00:00:02.500\nHello\nthere\n\n"
+     "00:00:03.000 --> 00:00:04.000\nBye\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(All, RouteTest, ::testing::ValuesIn(routes));
@@ -114,20 +121,47 @@ TEST_F(ConversionTest, OnlyPicturesThatADocumentHoldsGetIntoIt) {
   }
 }
 
-TEST_F(ConversionTest, AJobThatIsCancelledWhileAnEngineRunsLeavesNothing) {
-  std::string text;
-  for (int paragraph = 0; paragraph < 40'000; ++paragraph) {
-    text += "Some *words* and [a link](http://example.org/" + std::to_string(paragraph) + ").\n\n";
+TEST_F(ConversionTest, ATableKeepsEveryCellOnItsWayThroughASheet) {
+  makeSample("table.pdf");
+  Table expected;
+  for (int row = 0; row < 40; ++row) {
+    const std::string number = std::to_string(row);
+    expected.push_back({"Item " + number, std::to_string(row * 7), "total " + number});
   }
-  sources_.write("long.md", text);
-  const auto cancelling = std::async(std::launch::async, [this] {
-    EXPECT_TRUE(support::eventually([this] { return !results_.names().empty(); }));
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    token_.cancel();
-  });
-  EXPECT_EQ(failureOf("convert.html", {"long.md"}), "Cancelled. Your source files are unchanged.");
-  EXPECT_THAT(results_.names(), IsEmpty());
-  EXPECT_EQ(contentOf(sources_ / "long.md"), text);
+  ASSERT_EQ(run("convert.xlsx", {"table.pdf"}), Names{"table.xlsx"});
+  fs::rename(results_ / "table.xlsx", sources_ / "table.xlsx");
+  ASSERT_EQ(run("convert.csv", {"table.xlsx"}), Names{"table.csv"});
+  EXPECT_EQ(UniversalFormats::csv(contentOf(results_ / "table.csv"), ','), expected);
+}
+
+const struct {
+  const char* label;
+  const char* input;
+  const char* target;
+  const char* sentence;
+} badInputCases[] = {
+    {"a cue without length", "flash.srt", "vtt", "Subtitle cue end must follow its start."},
+    {"an open quote", "open.csv", "xlsx", "The delimited file has an unclosed quoted cell."},
+    {"an encrypted document", "sealed.docx", "pdf", "This file is not a valid DOCX container."},
+    {"a locked PDF",
+     "locked.pdf",
+     "txt",
+     "Unlock this password-protected PDF in Preview and save a copy first."},
+    {"a book whose text is encrypted",
+     "locked.epub",
+     "md",
+     "pandoc could not process this file (exit 1). Check that the file is valid and the selected "
+     "options fit its content."},
+};
+
+TEST_F(ConversionTest, ABadInputIsRefusedAndLeavesTheFolderAsItWas) {
+  results_.write("kept.txt", "kept");
+  for (const auto& c : badInputCases) {
+    SCOPED_TRACE(c.label);
+    makeSample(c.input);
+    EXPECT_EQ(failureOf("convert." + std::string(c.target), {c.input}), c.sentence);
+    EXPECT_THAT(results_.names(), ElementsAre("kept.txt"));
+  }
 }
 
 }  // namespace
