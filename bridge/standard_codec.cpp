@@ -33,10 +33,6 @@ enum Type : std::uint8_t {
 constexpr std::uint8_t sizeIn16Bits = 254;  // also the first size that does not fit into one byte
 constexpr std::uint8_t sizeIn32Bits = 255;
 
-BytesView bytesOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 void requireDepth(int depth) {
   if (depth >= Value::maxDepth) {
     throw MalformedMessage("The message is nested too deeply.");
@@ -70,7 +66,7 @@ void StandardWriter::append(const Value& value, int depth) {
                         [&](bool flag) { byte(flag ? Type::yes : Type::no); },
                         [&](std::int64_t integer) { appendInteger(integer); },
                         [&](double number) { appendNumber(number); },
-                        [&](const std::string& text) { appendSized(Type::text, bytesOf(text)); },
+                        [&](const std::string& text) { appendSized(Type::text, asBytes(text)); },
                         [&](const Bytes& bytes) { appendSized(Type::uint8List, bytes); },
                         [&](const Value::List& list) { appendList(list, depth); },
                         [&](const Value::Map& map) { appendMap(map, depth); }},
@@ -110,7 +106,7 @@ void StandardWriter::appendMap(const Value::Map& map, int depth) {
   byte(Type::map);
   appendSize(map.size());
   for (const auto& [key, member] : map) {
-    appendSized(Type::text, bytesOf(key));
+    appendSized(Type::text, asBytes(key));
     append(member, depth + 1);
   }
 }

@@ -14,11 +14,11 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path moduleFile(const std::string& name) {
-  const fs::path program = fs::read_symlink("/proc/self/exe").parent_path();
+  std::error_code ignored;  // without /proc the component is not found
+  const fs::path program = fs::read_symlink("/proc/self/exe", ignored).parent_path();
   const std::array<fs::path, 2> folders = {program / "modules", program / "../lib/tolvane"};
   for (const fs::path& folder : folders) {
     fs::path file = folder / (name + ".so");
-    std::error_code ignored;
     if (fs::exists(file, ignored)) {
       return file;
     }

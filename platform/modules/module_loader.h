@@ -8,8 +8,7 @@
 namespace tolvane::ModuleLoader {
 
 /// @param name file name without ".so", such as "tolvane-images"; looked for in the folder
-/// "modules"
-///   beside the running program, then in "../lib/tolvane" (the installed place).
+/// "modules" beside the running program, then in "../lib/tolvane".
 /// @param symbol a function with C linkage that takes nothing and returns a pointer.
 /// @return what the function returned. The module stays loaded until the process ends.
 /// @throws PlatformError when the module or the symbol is missing.

@@ -45,7 +45,7 @@ class EventLoop final : public MainQueue {
   std::mutex lock_;  // guards the next two
   std::deque<Task> posted_;
   bool isUrgent_ = false;                      // one of them may not wait
-  std::optional<Clock::time_point> deadline_;  // for those that may
+  std::optional<Clock::time_point> deadline_;  // for those that may; of the loop's thread alone
   std::map<int, Task> watched_;
   int wakeUp_;  // eventfd, owned; readable while the loop has not seen the last news
   bool running_ = false;

@@ -142,8 +142,7 @@ std::string Confinement::description() const {
       return "Engines run confined by mounts of their own, Landlock and a system-call filter.";
     case ConfinementLevel::bubblewrap:
       return "Engines run confined by bubblewrap, Landlock and a system-call filter, because "
-             "mounts "
-             "of their own are not allowed here (" +
+             "mounts of their own are not allowed here (" +
              obstacle_ + ").";
     case ConfinementLevel::withoutMounts:
       break;

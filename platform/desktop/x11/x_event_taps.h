@@ -5,7 +5,7 @@
 
 namespace tolvane {
 
-/// Taps of presses of the secondary button, the only events that are told so far; a tap for others
+/// Taps of presses of the secondary button, the only events that are told; a tap for others
 /// stays silent. The server disables none.
 class XEventTaps final : public EventTaps {
  public:
