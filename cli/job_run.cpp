@@ -66,7 +66,10 @@ class OutputFolder {
  public:
   explicit OutputFolder(const std::optional<std::filesystem::path>& folder) {
     std::error_code error;
-    if (folder && !std::filesystem::exists(*folder, error)) {
+    // A link that leads nowhere is left to the job, which refuses it.
+    const auto status =
+        folder ? std::filesystem::symlink_status(*folder, error) : std::filesystem::file_status();
+    if (status.type() == std::filesystem::file_type::not_found) {
       std::filesystem::create_directory(*folder, error);
       if (error) {
         throw PlatformError::fromErrno("create", *folder, error.value());

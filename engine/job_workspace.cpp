@@ -70,6 +70,9 @@ JobWorkspace::JobWorkspace(const fs::path& destination)
 
 JobWorkspace::~JobWorkspace() {
   removeTreeQuietly(path_);
+  if (lock_) {
+    removeTreeQuietly(lock_->folder());  // moved meanwhile, with the destination
+  }
   const std::lock_guard guard(living().lock);
   living().paths.erase(path_);
 }

@@ -1,7 +1,6 @@
 #include "engine/output_placement.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <system_error>
 #include <utility>
 
@@ -45,23 +44,33 @@ Placement::Placement(fs::path folder, std::vector<fs::path> sources, PlacementSe
     : folder_(std::move(folder)), sources_(std::move(sources)), sentences_(sentences) {}
 
 Placement::~Placement() {
-  for (std::size_t index = 0; index < placed_.size(); ++index) {
-    std::error_code error;
-    if (fs::equivalent(placed_[index], staged_[index], error) && !error) {
-      fs::remove(placed_[index], error);
-    }
+  std::for_each(placed_.begin(), placed_.end(), takeBack);
+}
+
+void Placement::takeBack(const Placed& placed) {
+  std::error_code error;
+  const bool isOurs =
+      !fs::is_symlink(placed.result, error) && fs::equivalent(placed.result, placed.staged, error);
+  if (isOurs && !error) {
+    fs::remove(placed.result, error);
   }
 }
 
 void Placement::place(const StagedOutput& output) {
   // Room beforehand: a file that is in place must get into the list, or it could not be removed.
   placed_.reserve(placed_.size() + 1);
-  staged_.push_back(output.file);
-  placed_.push_back(promote(output));
+  fs::path staged = output.file;
+  placed_.push_back({promote(output), std::move(staged)});
 }
 
 std::vector<fs::path> Placement::finish() {
-  return std::exchange(placed_, {});
+  std::vector<fs::path> results;
+  results.reserve(placed_.size());
+  for (Placed& placed : placed_) {
+    results.push_back(std::move(placed.result));
+  }
+  placed_.clear();
+  return results;
 }
 
 fs::path Placement::promote(const StagedOutput& output) const {

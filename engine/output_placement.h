@@ -76,13 +76,18 @@ class Placement {
   [[nodiscard]] std::vector<std::filesystem::path> finish();
 
  private:
+  struct Placed {
+    std::filesystem::path result;
+    std::filesystem::path staged;  ///< the same file in the workspace
+  };
+
+  static void takeBack(const Placed& placed);
   [[nodiscard]] std::filesystem::path promote(const StagedOutput& output) const;
 
   std::filesystem::path folder_;
   std::vector<std::filesystem::path> sources_;
   PlacementSentences sentences_;
-  std::vector<std::filesystem::path> placed_;
-  std::vector<std::filesystem::path> staged_;  // the same files in the workspace
+  std::vector<Placed> placed_;
 };
 
 /// Places every output of a native job, in order, unless the job is cancelled meanwhile.

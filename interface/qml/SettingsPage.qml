@@ -20,6 +20,8 @@ Page {
         topPadding: 8
         color: page.theme.text
         font { pixelSize: page.theme.normal; bold: true }
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
     }
     component Note: Text {
         width: parent.width
@@ -27,6 +29,8 @@ Page {
         wrapMode: Text.Wrap
         color: page.theme.faintText
         font.pixelSize: page.theme.small
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
     }
 
     Note { text: page.problem; color: page.theme.caution }

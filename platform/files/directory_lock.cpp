@@ -1,7 +1,9 @@
 #include "platform/files/directory_lock.h"
 
 #include <fcntl.h>
+#include <string>
 #include <sys/file.h>
+#include <system_error>
 
 namespace tolvane {
 
@@ -11,6 +13,12 @@ std::optional<DirectoryLock> DirectoryLock::tryLock(const std::filesystem::path&
     return std::nullopt;
   }
   return DirectoryLock(std::move(descriptor));
+}
+
+std::filesystem::path DirectoryLock::folder() const {
+  std::error_code ignored;
+  return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor_.number()),
+                                       ignored);
 }
 
 }  // namespace tolvane

@@ -15,6 +15,9 @@ class DirectoryLock {
   /// @return nullopt when another process holds the lock or the folder cannot be opened.
   [[nodiscard]] static std::optional<DirectoryLock> tryLock(const std::filesystem::path& folder);
 
+  /// Where the folder is now: it, or one above it, may have been moved. Empty when nobody can tell.
+  [[nodiscard]] std::filesystem::path folder() const;
+
  private:
   explicit DirectoryLock(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
 

@@ -49,6 +49,9 @@ class PaletteHostTest : public support::SessionTest {
   static std::string property(const char* name) {
     return output(std::string("xprop -id ") + paletteId + " " + name);
   }
+  static bool isOnEveryWorkspace() {
+    return property("_NET_WM_DESKTOP") == "_NET_WM_DESKTOP(CARDINAL) = 4294967295";
+  }
   static QColor pixel(int x, int y) {
     return QGuiApplication::primaryScreen()->grabWindow(0, x, y, 1, 1).toImage().pixelColor(0, 0);
   }
@@ -70,6 +73,7 @@ void press(int x, int y) {
 
 TEST_F(PaletteHostTest, TakesPressesInItsOwnRowsAndNoOthers) {
   open();
+  EXPECT_TRUE(eventually(isOnEveryWorkspace));
   press(left + 60, top);
   EXPECT_TRUE(isPaletteVisible());
   press(left + 60, bottom - 1);

@@ -114,6 +114,29 @@ TEST_F(RunningHostTest, TheSettingsSwitchLaunchAtLogin) {
   EXPECT_TRUE(eventually([&entry] { return !fs::exists(entry); }));
 }
 
+TEST_F(RunningHostTest, TheSettingsGiveTheShortcutAnotherLetter) {
+  const fs::path kept = fs::path(std::getenv("XDG_CONFIG_HOME")) / "tolvane/settings.json";
+  openSettings();
+  press("Control–Option–X");
+  ASSERT_TRUE(eventually([&kept] {
+    return support::contentOf(kept).find("\"shortcutKey\": \"X\"") != std::string::npos;
+  }));
+  xdotool("key Escape");
+  ASSERT_TRUE(eventuallyActive("tolvane"));
+  xdotool("key Escape");
+  const fs::path keys = folder_.write("keys", "");
+  const Program reader(
+      {"sh", "-c", "exec xev -name reader -event keyboard > '" + keys.string() + "'"});
+  ASSERT_TRUE(eventuallyActive("reader"));
+  xdotool("key ctrl+alt+c");
+  EXPECT_TRUE(eventually([&keys] {
+    return support::contentOf(keys).find("keysym 0x63, c)") != std::string::npos;
+  })) << "a key that opens the palette reaches no other window";
+  EXPECT_FALSE(isPaletteVisible());
+  xdotool("key ctrl+alt+x");
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+}
+
 TEST_F(RunningHostTest, TheOpenPanelReturnsFilesAlsoWhenAskedForTwice) {
   const std::string file = folder_.write("a b.csv", "1,2\n");
   openPalette();
@@ -247,6 +270,23 @@ TEST_F(RunningHostTest, ThePaletteAppearsAtTheTimeOfTheActionThatAskedForIt) {
   EXPECT_TRUE(eventuallyActive("tolvane"));
   EXPECT_TRUE(eventually(
       [&] { return support::contentOf(times).find("= " + time + "\n") != std::string::npos; }));
+}
+
+/// Started as nohup does it.
+class HeldHostTest : public RunningHostTest {
+ protected:
+  void SetUp() override {
+    const auto previous = std::signal(SIGHUP, SIG_IGN);  // inherited
+    RunningHostTest::SetUp();
+    std::signal(SIGHUP, previous);
+  }
+};
+
+TEST_F(HeldHostTest, OutlivesItsTerminalUntilItIsAskedToEnd) {
+  host_->signal(SIGHUP);
+  openSettings();
+  host_->signal(SIGTERM);
+  EXPECT_EQ(host_->wait(), EXIT_SUCCESS);
 }
 
 using SecondHostTest = support::SessionTest;

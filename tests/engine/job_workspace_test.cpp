@@ -15,5 +15,15 @@ TEST(JobWorkspaceTest, GoesWithAProcessThatDoesNotWait) {
   EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
+TEST(JobWorkspaceTest, GoesAlsoWhereItsDestinationWasMovedTo) {
+  const support::TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "before");
+  {
+    const JobWorkspace running(folder / "before");
+    std::filesystem::rename(folder / "before", folder / "after");
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(folder / "after"));
+}
+
 }  // namespace
 }  // namespace tolvane

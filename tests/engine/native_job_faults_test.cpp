@@ -1,6 +1,9 @@
 #include <functional>
 #include <signal.h>
+#include <string>
 #include <sys/resource.h>
+#include <tuple>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -13,10 +16,31 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 constexpr const char* cancelled = "Cancelled. Your source files are unchanged.";
 
-class JobFaultsTest : public NativeJobFixture {};
+class JobFaultsTest : public NativeJobFixture {
+ protected:
+  /// @param step the report at which the job is cancelled, from 1; at 0 it is cancelled beforehand.
+  std::string failureWhenCancelled(const std::string& action, const Names& inputs, int step) {
+    CancellationToken token;
+    Job job = {action, {}, destination_, {}, token, {}};
+    for (const std::string& input : inputs) {
+      job.inputs.push_back(sources_ / input);
+    }
+    int reports = 0;
+    job.progress = [&](int, int) {
+      if (++reports == step) {
+        token.cancel();
+      }
+    };
+    if (step == 0) {
+      token.cancel();
+    }
+    return support::failureText([&] { return ConversionEngine().run(job); });
+  }
+};
 
 TEST_F(JobFaultsTest, TakesOneToAHundredFiles) {
   makePdf("a.pdf", 1);
@@ -43,27 +67,40 @@ TEST_F(JobFaultsTest, HandsUniversalJobsOnUnchecked) {
   EXPECT_THAT(engine.run(job), ElementsAre("/result"));
 }
 
+/// An action, its inputs, and how often it reports.
+const std::tuple<const char*, std::vector<std::string>, int> cancellationCases[] = {
+    {"pdf_png", {"a.pdf", "b.pdf"}, 3},
+    {"pdf_jpeg", {"a.pdf", "b.pdf"}, 3},
+    {"rotate_pdf", {"a.pdf", "b.pdf"}, 3},
+    {"merge_pdf", {"a.pdf", "b.pdf"}, 3},
+    {"split_pdf", {"a.pdf"}, 2},
+    {"edit_pdf", {"a.pdf"}, 1},
+    {"extract_text", {"a.pdf", "b.pdf"}, 3},
+    {"ocr", {"b.pdf"}, 1},
+    {"image_png", {"c.png", "d.png"}, 2},
+    {"image_jpeg", {"c.png", "d.png"}, 2},
+    {"images_pdf", {"c.png", "d.png"}, 2},
+    {"resize", {"c.png", "d.png"}, 2},
+};
+
 TEST_F(JobFaultsTest, CancellingAtAnyStepLeavesNothing) {
-  makePdf("a.pdf", 2);
-  makePdf("b.pdf", 2);
-  support::writePng(sources_ / "c.png", support::gradient(20, 20, PixelLayout::rgb));
-  for (const char* action : {"pdf_png", "rotate_pdf", "merge_pdf", "extract_text"}) {
-    for (int step = 1; step <= 4; ++step) {
-      CancellationToken fresh;
-      Job job = {action, {sources_ / "a.pdf", sources_ / "b.pdf"}, results_.path(), {}, fresh, {}};
-      job.progress = [&](int completed, int) {
-        if (completed == step) {
-          fresh.cancel();
-        }
-      };
-      EXPECT_EQ(support::failureText([&] { return ConversionEngine().run(job); }), cancelled)
-          << action << " at step " << step;
-      EXPECT_THAT(results_.names(), IsEmpty()) << action << " at step " << step;
-    }
+  const support::PdfPage page = {.width = 200, .height = 60, .text = "Page"};
+  support::PdfBuilder().page(page).page(page).write(sources_ / "a.pdf");
+  support::PdfBuilder().page(page).write(sources_ / "b.pdf");
+  for (const char* picture : {"c.png", "d.png"}) {
+    support::writePng(sources_ / picture, support::gradient(20, 20, PixelLayout::rgb));
   }
-  token_.cancel();
-  EXPECT_EQ(failureOf("image_png", {"c.png"}), cancelled);
-  EXPECT_EQ(failureOf("images_pdf", {"c.png"}), cancelled);
+  for (const auto& [action, inputs, reports] : cancellationCases) {
+    const support::TemporaryFolder results;
+    destination_ = results.path();
+    for (int step = 0; step <= reports; ++step) {
+      EXPECT_EQ(failureWhenCancelled(action, inputs, step), cancelled)
+          << action << " at step " << step;
+      EXPECT_THAT(results.names(), IsEmpty()) << action << " at step " << step;
+    }
+    EXPECT_EQ(failureWhenCancelled(action, inputs, reports + 1), "(no failure)") << action;
+    EXPECT_THAT(results.names(), Not(IsEmpty())) << action;
+  }
 }
 
 TEST_F(JobFaultsTest, JudgesAFileThatWasReplacedAfresh) {

@@ -78,6 +78,28 @@ TEST_F(PlacementTest, RollsBackWhenAnOutputCannotBePlaced) {
   EXPECT_THAT(folder_.names(), IsEmpty());
 }
 
+TEST_F(PlacementTest, KeepsWhatTookThePlaceOfAResultWhenRolledBack) {
+  for (const char* name : {"file.txt", "folder.txt", "result.txt"}) {
+    staged_.stage(asBytes("text"), name);
+  }
+  {
+    Placement placement(folder_.path(), {}, {.refused = "refused", .collisions = ""});
+    for (const StagedOutput& output : staged_.outputs()) {
+      placement.place(output);
+    }
+    ASSERT_TRUE(fs::remove(folder_ / "file.txt"));
+    folder_.write("file.txt", "mine");
+    ASSERT_TRUE(fs::remove(folder_ / "folder.txt"));
+    fs::create_directory(folder_ / "folder.txt");
+    folder_.write("folder.txt/note", "mine");
+    const StagedOutput missing = {workspace_ / "missing", "last.txt"};
+    EXPECT_EQ(failureText([&] { placement.place(missing); }), "refused");
+  }
+  EXPECT_THAT(folder_.names(), ElementsAre("file.txt", "folder.txt"));
+  EXPECT_EQ(contentOf(folder_ / "file.txt"), "mine");
+  EXPECT_EQ(contentOf(folder_ / "folder.txt/note"), "mine");
+}
+
 TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {
   folder_.write("a.txt", "");
   for (int number = 2; number <= Limits::maxNameAttempts; ++number) {

@@ -10,6 +10,7 @@
 #include "engine/job_workspace.h"
 #include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_system.h"
+#include "platform/files/platform_error.h"
 #include "universal/combined/combined.h"
 #include "universal/dispatch/conversion.h"
 #include "universal/dispatch/result_placement.h"
@@ -115,6 +116,27 @@ std::vector<fs::path> produceTogether(const std::string& id,
   return results;
 }
 
+std::vector<fs::path> produce(const FileCapability& offer,
+                              const std::vector<FileInfo>& files,
+                              const Job& job,
+                              const JobContext& context) {
+  auto results = offer.combined ? produceTogether(offer.id, files, job, context)
+                                : produceEach(offer.id, files, job, context);
+  if (results.empty()) {
+    throw ConversionFailure::message("The engine produced no output.");
+  }
+  return results;
+}
+
+/// The user does not know the workspace, and when he reads of it, it is gone.
+std::string withoutFolder(std::string text, const fs::path& folder) {
+  const std::string path = folder.string() + "/";
+  for (std::size_t at = 0; (at = text.find(path, at)) != std::string::npos;) {
+    text.erase(at, path.size());
+  }
+  return text;
+}
+
 }  // namespace
 
 std::vector<fs::path> run(const ConversionEngine& base,
@@ -126,12 +148,11 @@ std::vector<fs::path> run(const ConversionEngine& base,
   const fs::path destination = requireDestination(job, files.front());
   const JobWorkspace workspace(destination);
   const JobContext context = {base, toolchain, job.token, workspace.path()};
-  const std::vector<fs::path> results = offer.combined ? produceTogether(id, files, job, context)
-                                                       : produceEach(id, files, job, context);
-  if (results.empty()) {
-    throw ConversionFailure::message("The engine produced no output.");
+  try {
+    return placeResults(produce(offer, files, job, context), destination, files, context);
+  } catch (const PlatformError& error) {
+    throw PlatformError(withoutFolder(error.what(), workspace.path()));
   }
-  return placeResults(results, destination, files, context);
 }
 
 ConversionEngine completeEngine(LocalToolchain toolchain) {

@@ -1,8 +1,8 @@
 #include "platform/desktop/accessibility/accessibility_bus.h"
 
 #include <algorithm>
-#include <exception>
 #include <cstddef>
+#include <exception>
 #include <gio/gio.h>
 
 #include "platform/desktop/accessibility/accessibility_messages.h"
