@@ -16,6 +16,8 @@ class TerminationSignals {
   /// @throws PlatformError
   TerminationSignals();
   ~TerminationSignals();
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
 
   /// @param arrived called in the loop, once for each signal, also for one that came before.
   void listen(std::function<void()> arrived);

@@ -65,12 +65,12 @@ void Bridge::select(Files urls, const std::optional<std::string>& message) {
   }
 }
 
-void Bridge::open(Intake intake, std::optional<std::string> message) {
+void Bridge::open(Intake intake, const std::optional<std::string>& message) {
   if (!hasActiveJob()) {
     if (intake == Intake::finderSelection) {
-      takeInFinderSelection(std::move(message));
+      takeInFinderSelection(message);
     } else {
-      takeIn({}, std::move(message));
+      takeIn({}, message);
     }
   }
   showPalette();
@@ -83,20 +83,20 @@ void Bridge::open(Files files) {
   showPalette();
 }
 
-void Bridge::takeInFinderSelection(std::optional<std::string> message) {
+void Bridge::takeInFinderSelection(const std::optional<std::string>& message) {
   try {
     Files files = services_.finder->resolve();
-    takeIn(std::move(files), std::move(message), services_.finder->selectedFileFrame());
+    takeIn(std::move(files), message, services_.finder->selectedFileFrame());
   } catch (const ConversionFailure& failure) {
     takeIn({}, failure.errorDescription());
   }
 }
 
 void Bridge::takeIn(Files files,
-                    std::optional<std::string> message,
+                    const std::optional<std::string>& message,
                     const std::optional<Rectangle>& fileFrame) {
   services_.palette->beginInvocation(fileFrame);
-  select(std::move(files), std::move(message));
+  select(std::move(files), message);
 }
 
 void Bridge::showPalette() const {

@@ -56,7 +56,7 @@ class Bridge {
   /// While a job runs, nothing is taken in.
   /// @param message shown with the files, or instead of them; absent means an invitation to choose
   /// some. A selection that cannot be read is explained in its place.
-  void open(Intake intake, std::optional<std::string> message = {});
+  void open(Intake intake, const std::optional<std::string>& message = {});
   /// Shows the palette, next to the pointer, with files that were handed over from outside. None:
   /// the palette is empty.
   void open(Files files);
@@ -76,10 +76,10 @@ class Bridge {
   Value ready();
   void followDesktop();
   [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
-  void takeInFinderSelection(std::optional<std::string> message);
+  void takeInFinderSelection(const std::optional<std::string>& message);
   /// @param fileFrame what the palette is to appear next to; nullopt means the pointer.
   void takeIn(Files files,
-              std::optional<std::string> message,
+              const std::optional<std::string>& message,
               const std::optional<Rectangle>& fileFrame = {});
   void showPalette() const;
 

@@ -60,7 +60,8 @@ void requireCombinableImages(const std::vector<AdmittedFile>& files) {
   double area = 0;
   for (const AdmittedFile& file : files) {
     const auto header = imageDecoder().probe(file.info.url);
-    area += header ? static_cast<double>(header->width) * header->height : unknown;
+    area +=
+        header ? static_cast<double>(header->width) * static_cast<double>(header->height) : unknown;
   }
   if (area > Limits::maxCombinedImageArea) {
     throw ConversionFailure::message(

@@ -61,6 +61,7 @@ Window windowAround(double center, double spacing, int length) {
 std::vector<Window> windows(int length, double extent, int shorter) {
   const double ratio = extent / shorter;
   std::vector<Window> windows;
+  windows.reserve(static_cast<std::size_t>(shorter));
   for (int index = 0; index < shorter; ++index) {
     windows.push_back(windowAround((index + 0.5) * ratio - 0.5, ratio, length));
   }

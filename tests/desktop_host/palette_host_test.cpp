@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <gtest/gtest.h>
 
+#include "platform/desktop/x11/x_server.h"
 #include "tests/desktop_host/session.h"
 #include "tests/support/eventually.h"
 
@@ -137,9 +138,15 @@ TEST_F(PaletteHostTest, TheSettingsComeBackToTheirSizeWhenThereIsRoomAgain) {
 /// With a compositing manager, which draws no shadows of its own.
 class BlendedPaletteTest : public PaletteHostTest {
  protected:
-  static Program compositor() {
-    return Program({"picom", "--config", "/dev/null", "--backend", "xrender"});
-  }
+  class Compositor {
+   public:
+    Compositor() {
+      EXPECT_TRUE(eventually([] { return XServer().hasOwner("_NET_WM_CM_S0"); }));
+    }
+
+   private:
+    Program picom_{{"picom", "--config", "/dev/null", "--backend", "xrender"}};
+  };
   /// 255 on the white window without a shadow.
   static int lightnessBelow(int distance) {
     return pixel(left + 160, bottom + distance).lightness();
@@ -153,7 +160,7 @@ class BlendedPaletteTest : public PaletteHostTest {
 };
 
 TEST_F(BlendedPaletteTest, HasASoftShadowThatLetsThePointerThrough) {
-  const Program blending = compositor();
+  const Compositor blending;
   open();
   ASSERT_TRUE(eventually(hasShadow));
   press(left + 1, top + 1);  // the corner is round, and the palette's all the same
@@ -168,7 +175,7 @@ TEST_F(BlendedPaletteTest, FollowsACompositorThatComesAndGoes) {
   open();
   EXPECT_EQ(lightnessBelow(4), 255);
   {
-    const Program blending = compositor();
+    const Compositor blending;
     EXPECT_TRUE(eventually(hasShadow));
   }
   // The corner is cut again, and not black.
@@ -180,7 +187,7 @@ TEST_F(BlendedPaletteTest, FollowsACompositorThatComesAndGoes) {
 
 TEST_F(BlendedPaletteTest, AsksForABlurWhereThereIsOneToHave) {
   constexpr const char* region = "_KDE_NET_WM_BLUR_BEHIND_REGION";
-  const Program blending = compositor();
+  const Compositor blending;
   open();
   ASSERT_TRUE(eventually(hasShadow));
   EXPECT_NE(property(region).find("not found"), std::string::npos);

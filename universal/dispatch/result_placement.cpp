@@ -42,6 +42,7 @@ std::vector<fs::path> placeResults(const std::vector<fs::path>& results,
                                    const std::vector<FileInfo>& inputs,
                                    const JobContext& context) {
   std::vector<fs::path> sources;
+  sources.reserve(inputs.size());
   for (const FileInfo& input : inputs) {
     sources.push_back(input.url);
   }

@@ -203,11 +203,10 @@ void pandoc(const JobContext& context,
             const fs::path& input,
             const fs::path& output) {
   const PandocRun wanted = {reader, writer, input, output};
+  const bool holdsPictures = isText(reader) && writer == "rtf" && holdsPicture(input);
   if (isText(reader) && namesPictures(writer)) {
     convertTextToText(context, wanted);
-  } else if (isText(reader) && writer == "rtf" && holdsPicture(input)) {
-    convertText(context, wanted);
-  } else if (!isPackaged(writer) || canWriteInSandbox(context, writer)) {
+  } else if (!holdsPictures && (!isPackaged(writer) || canWriteInSandbox(context, writer))) {
     run(context, {sandbox}, wanted);
   } else if (isText(reader)) {
     convertText(context, wanted);

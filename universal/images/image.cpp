@@ -72,6 +72,7 @@ fs::path normalized(const fs::path& input, const JobContext& context) {
 std::vector<fs::path> normalizedAll(const std::vector<FileInfo>& images,
                                     const JobContext& context) {
   std::vector<fs::path> copies;
+  copies.reserve(images.size());
   for (const FileInfo& image : images) {
     copies.push_back(normalized(image.url, context));
   }

@@ -15,8 +15,8 @@ constexpr double timeout = 120;  // seconds
 constexpr std::string_view pdf = "pdf";
 
 struct Export {
-  const char* application;
-  const char* format;
+  const char* application = nullptr;
+  const char* format = nullptr;
   bool isWorkbook = false;  ///< the suite makes the result out of it
 };
 

@@ -38,11 +38,9 @@ void addExpanded(const fs::path& pattern, std::vector<fs::path>& paths) {
   for (auto part = pattern.begin(); part != pattern.end(); ++part) {
     folder /= *part;
     if (part->string().ends_with('*')) {
-      for (fs::path path : expanded(folder)) {
-        for (auto rest = std::next(part); rest != pattern.end(); ++rest) {
-          path /= *rest;
-        }
-        paths.push_back(std::move(path));
+      const fs::path rest = pattern.lexically_relative(folder);
+      for (const fs::path& found : expanded(folder)) {
+        paths.push_back(found / rest);
       }
       return;
     }

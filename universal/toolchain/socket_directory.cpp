@@ -38,7 +38,7 @@ bool hides(const fs::path& cover, const ConfinedEngine& engine) {
 
 /// The suite tries these two.
 fs::path coverFor(const ConfinedEngine& engine) {
-  for (const fs::path cover : {"/var/tmp", "/tmp"}) {
+  for (const char* cover : {"/var/tmp", "/tmp"}) {
     std::error_code ignored;
     if (fs::is_directory(cover, ignored) && !hides(cover, engine)) {
       return cover;

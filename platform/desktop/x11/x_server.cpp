@@ -149,12 +149,14 @@ std::vector<std::uint32_t> XServer::numbers(XWindow window, const char* name) co
 }
 
 std::vector<std::vector<std::uint32_t>> XServer::numbersOfEach(const std::vector<XWindow>& windows,
-                                                               const char* name) const {
+                                                               const char* property) const {
   std::vector<xcb_get_property_cookie_t> questions;
+  questions.reserve(windows.size());
   for (const XWindow window : windows) {
-    questions.push_back(askProperty(connection_, window, atom(name)));
+    questions.push_back(askProperty(connection_, window, atom(property)));
   }
   std::vector<std::vector<std::uint32_t>> answers;
+  answers.reserve(windows.size());
   for (const xcb_get_property_cookie_t asked : questions) {
     answers.push_back(numbersIn(answerOf(connection_, asked)));
   }
@@ -169,26 +171,26 @@ std::string XServer::text(XWindow window, const char* name) const {
   return {static_cast<const char*>(xcb_get_property_value(reply.get())), reply->value_len};
 }
 
-bool XServer::hasProperty(XWindow window, const char* name) const {
-  const auto reply = answerOf(connection_, askProperty(connection_, window, atom(name)));
+bool XServer::hasProperty(XWindow window, const char* property) const {
+  const auto reply = answerOf(connection_, askProperty(connection_, window, atom(property)));
   return reply && reply->type != XCB_ATOM_NONE;
 }
 
 void XServer::setNumbers(XWindow window,
-                         const char* name,
+                         const char* property,
                          const std::vector<std::uint32_t>& numbers) {
   xcb_change_property(connection_,
                       XCB_PROP_MODE_REPLACE,
                       window,
-                      atom(name),
+                      atom(property),
                       XCB_ATOM_CARDINAL,
                       32,
                       static_cast<std::uint32_t>(numbers.size()),
                       numbers.data());
 }
 
-void XServer::removeProperty(XWindow window, const char* name) {
-  xcb_delete_property(connection_, window, atom(name));
+void XServer::removeProperty(XWindow window, const char* property) {
+  xcb_delete_property(connection_, window, atom(property));
 }
 
 XWindow XServer::activeWindow() const {

@@ -1,10 +1,13 @@
 #include "universal/archives/extracted_tree.h"
 
+#include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include "platform/files/tree_removal.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
 
@@ -22,6 +25,9 @@ class ExtractedTreeTest : public ::testing::Test {
 
   [[nodiscard]] std::string checked() const {
     return support::failureText([&] { ExtractedTree::check(tree_.path(), token_); });
+  }
+  [[nodiscard]] std::string watched() const {
+    return support::failureText([&] { ExtractedTree::Watch(tree_.path(), token_)(); });
   }
   /// Makes a file that takes no room.
   [[nodiscard]] fs::path file(const char* name, std::uintmax_t size) const {
@@ -94,6 +100,28 @@ TEST_F(ExtractedTreeTest, CountsWhatItsOwnerMayNotRead) {
     ::_exit(checked() == refused && fs::exists(large) ? 0 : 1);
   };
   EXPECT_EXIT(asOwner(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ExtractedTreeTest, IsCheckedAndRemovedHoweverDeep) {
+  std::string folder = "a";
+  for (int depth = 1; depth < 1200; ++depth) {
+    fs::create_directory(tree_ / (folder += "/b"));
+  }
+  const fs::path large = file((folder + "/large").c_str(), 536'870'913);
+  const auto withFewFiles = [&] {
+    constexpr rlim_t fewFiles = 64;
+    rlimit limit = {};
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = fewFiles;
+    bool isFine = ::setrlimit(RLIMIT_NOFILE, &limit) == 0;
+    isFine = isFine && checked() == refused && watched() == refused;
+    fs::resize_file(large, 1);
+    isFine = isFine && checked() == fine && watched() == fine;
+    removeTreeQuietly(tree_.path());
+    ::_exit(isFine && !fs::exists(tree_.path()) ? 0 : 1);
+  };
+  EXPECT_EXIT(withFewFiles(), ::testing::ExitedWithCode(0), "");
+  EXPECT_FALSE(fs::exists(tree_.path()));
 }
 
 TEST_F(ExtractedTreeTest, StopsWhenCancelled) {

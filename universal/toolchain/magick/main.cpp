@@ -178,6 +178,7 @@ int main(int count, char** arguments) {
   if (!invocation) {
     return EXIT_FAILURE;
   }
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread
   ::setenv("MAGICK_CONFIGURE_PATH", policyFolder().c_str(), keep);
   ::execv(invocation->program.c_str(), invocation->arguments.data());
   std::perror(invocation->program.c_str());
