@@ -6,7 +6,6 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 option(WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 option(COVERAGE "Count which lines run" OFF)
-option(FUZZ "Build the fuzzers (clang only)" OFF)
 set(SANITIZE "" CACHE STRING "Sanitizers, separated by commas")
 
 find_program(CCACHE ccache)
