@@ -91,7 +91,10 @@ TEST_F(DesktopHostTest, TakesDroppedFilesWhenOpenedDuringTheDrag) {
   ASSERT_TRUE(eventuallyActive("drag source"));
   xdotool("mousemove 1300 800 mousedown 1 mousemove 1250 780 mousemove 1100 300");
   openWithShortcut();
-  xdotool("mousemove 1200 400 mousemove 1210 410 sleep 0.2 mouseup 1");
+  // Both programs have time to agree on each place before the button is let go.
+  xdotool(
+      "mousemove 1200 400 sleep 0.3 mousemove 1210 410 sleep 0.3 mousemove 1200 400 sleep 0.3 "
+      "mouseup 1");
   EXPECT_TRUE(eventually(isWheel));
 }
 
