@@ -38,13 +38,14 @@ def timed(command, folder):
 
 
 def compare(ours, theirs, folder, rounds):
-    """Medians in seconds and the median ratio; one unmeasured round warms the caches."""
+    """Pairs, medians in seconds and the median ratio. One unmeasured round warms the caches; long
+    jobs take fewer rounds, so that a row ends within a minute or two."""
+    enough = 30  # seconds
     mine, other, ratios = [], [], []
-    for turn in range(rounds + 1):
-        a, _ = timed(ours, folder)
-        b, _ = timed(theirs, folder)
-        if turn:
-            mine.append(a)
-            other.append(b)
-            ratios.append(a / b)
-    return statistics.median(mine), statistics.median(other), statistics.median(ratios)
+    timed(ours, folder)
+    timed(theirs, folder)
+    while len(ratios) < rounds and sum(mine) + sum(other) < enough:
+        mine.append(timed(ours, folder)[0])
+        other.append(timed(theirs, folder)[0])
+        ratios.append(mine[-1] / other[-1])
+    return len(ratios), statistics.median(mine), statistics.median(other), statistics.median(ratios)
