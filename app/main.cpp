@@ -6,9 +6,11 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <thread>
+#include <vector>
 
 #include <QApplication>
-#include <QFile>
+#include <QFontMetricsF>
 
 #include "app/app_delegate.h"
 #include "app/termination_signals.h"
@@ -16,6 +18,7 @@
 #include "platform/desktop/x11/x_server.h"
 #include "platform/files/file_names.h"
 #include "platform/process/activation.h"
+#include "platform/process/desktop_host.h"
 
 namespace {
 
@@ -36,25 +39,33 @@ void drawWithoutGraphicsDriver() {
   ::setenv("QT_QUICK_BACKEND", "software", keepTheUsersChoice);
 }
 
-/// @param words files; none: the host only shows up.
-Request requestIn(const QStringList& words, const tolvane::Activation& activation) {
+/// Finding a font takes some ten milliseconds the first time: spent beside the main thread, which
+/// loads the interface meanwhile.
+std::jthread lookForFont() {
+  return std::jthread([] { QFontMetricsF(QFont()).horizontalAdvance("tolvane"); });
+}
+
+/// @param words files; none, or showWord alone: what is selected.
+Request requestIn(const std::vector<std::string>& words, const tolvane::Activation& activation) {
   Request request = {std::nullopt, activation};
-  if (!words.empty()) {
-    std::error_code ignored;  // a folder that is gone leaves the others' paths as they are
-    const auto folder = std::filesystem::current_path(ignored);
-    request.files.emplace();
-    for (const QString& word : words) {
-      request.files->push_back(
-          tolvane::FileNames::handedOver(QFile::encodeName(word).toStdString(), folder));
-    }
+  if (words.empty() || words == std::vector<std::string>{tolvane::DesktopHost::showWord}) {
+    return request;
+  }
+  std::error_code ignored;  // a folder that is gone leaves the others' paths as they are
+  const auto folder = std::filesystem::current_path(ignored);
+  request.files.emplace();
+  for (const std::string& word : words) {
+    request.files->push_back(tolvane::FileNames::handedOver(word, folder));
   }
   return request;
 }
 
-int run(QApplication& application,
+/// @param words what the user wants to see; none: the tray icon, and of a host that runs already
+/// its palette.
+int run(const std::vector<std::string>& words,
         tolvane::TerminationSignals& signals,
         const tolvane::Activation& activation) {
-  const Request request = requestIn(QApplication::arguments().mid(1), activation);
+  const Request request = requestIn(words, activation);
   tolvane::AppDelegate delegate;
   tolvane::DesktopBusName busName;
   if (!busName.claim([&delegate](const Request& later) { delegate.follow(later); })) {
@@ -63,10 +74,10 @@ int run(QApplication& application,
   }
   delegate.applicationDidFinishLaunching();
   signals.listen([&delegate] { delegate.applicationShouldTerminate(); });
-  if (request.files) {
+  if (!words.empty()) {
     delegate.follow(request);
   }
-  return application.exec();
+  return QApplication::exec();
 }
 
 }  // namespace
@@ -81,7 +92,10 @@ int main(int count, char** words) {
     QApplication application(count, words);
     QApplication::setApplicationName("tolvane");
     QGuiApplication::setDesktopFileName("app.tolvane");
-    return run(application, signals, activation);
+    const std::jthread fonts = lookForFont();
+    // Qt has taken its own options out of the words; what it makes of the others is text, which not
+    // every name is.
+    return run({words + 1, words + count}, signals, activation);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "%s\n", error.what());
     return EXIT_FAILURE;

@@ -30,7 +30,8 @@ void startDesktopHost(const std::vector<std::string>& files) {
   if (display == nullptr || *display == '\0') {
     throw PlatformError("There is no desktop session here to open files in.");
   }
-  Launcher::start(desktopProgram(), files);
+  Launcher::start(desktopProgram(),
+                  files.empty() ? std::vector<std::string>{DesktopHost::showWord} : files);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 static void loadResources() {
   Q_INIT_RESOURCE(interface);
+  Q_INIT_RESOURCE(qmlcache_interface);
 }
 
 namespace tolvane {

@@ -11,6 +11,7 @@ FocusScope {
     property var formats: []
     property var tools: []
     property var settings: ({permissions: {}})
+    property string settingsProblem
     property var offer: null
     property string destination
     property var job: ({id: "", completed: 0, total: 0})
@@ -77,12 +78,12 @@ FocusScope {
         present("finished")
     }
     function takeSettings(result, error) {
-        settingsPage.problem = error !== null ? error.message : ""
+        settingsProblem = error !== null ? error.message : ""
         if (result !== null)
             settings = result.settings || result
     }
     function openSettings() {
-        settingsPage.problem = ""
+        settingsProblem = ""
         channel.call("settings", {}, takeSettings)
         present("settings")
     }
@@ -107,96 +108,103 @@ FocusScope {
             }
         }
     }
-    Theme { id: theme }
+    Theme { id: interfaceTheme }
 
     FocusScope {
         id: pages
         anchors.fill: parent
         focus: true
 
-        DropTarget {
-            anchors.fill: parent
-            visible: root.stage === "home" && root.offers.length === 0
-            focus: visible
-            theme: theme
-            message: root.message
-            onChooseFiles: root.channel.call("chooseFiles")
-            onOpenSettings: root.openSettings()
-            onClose: root.channel.call("hide")
+        Stage {
+            shown: root.stage === "home" && root.offers.length === 0
+            sourceComponent: DropTarget {
+                focus: true
+                theme: interfaceTheme
+                message: root.message
+                onChooseFiles: root.channel.call("chooseFiles")
+                onOpenSettings: root.openSettings()
+                onClose: root.channel.call("hide")
+            }
         }
-        ActionWheel {
-            anchors.fill: parent
-            visible: root.stage === "home" && root.offers.length > 0
-            focus: visible
-            theme: theme
-            label: root.message !== "" ? root.message : (root.files.length === 1 ? root.files[0].name : root.files.length + " files")
-            entries: root.wheelOffers.map((offer) => ({title: offer.title, detail: offer.isMore ? offer.extension : "." + offer.extension, available: offer.available}))
-            onChosen: (index) => root.choose(root.wheelOffers[index])
-            onOpenLabel: root.present("actions")
-            onShowAll: root.present("actions")
-            onChooseFiles: root.channel.call("chooseFiles")
-            onOpenSettings: root.openSettings()
-            onClose: root.channel.call("hide")
+        Stage {
+            shown: root.stage === "home" && root.offers.length > 0
+            sourceComponent: ActionWheel {
+                focus: true
+                theme: interfaceTheme
+                label: root.message !== "" ? root.message : (root.files.length === 1 ? root.files[0].name : root.files.length + " files")
+                entries: root.wheelOffers.map((offer) => ({title: offer.title, detail: offer.isMore ? offer.extension : "." + offer.extension, available: offer.available}))
+                onChosen: (index) => root.choose(root.wheelOffers[index])
+                onOpenLabel: root.present("actions")
+                onShowAll: root.present("actions")
+                onChooseFiles: root.channel.call("chooseFiles")
+                onOpenSettings: root.openSettings()
+                onClose: root.channel.call("hide")
+            }
         }
-        OfferList {
-            anchors.fill: parent
-            visible: root.stage === "actions"
-            focus: visible
-            theme: theme
-            files: root.files
-            message: root.message
-            offers: root.offers
-            onChosen: (offer) => root.choose(offer)
-            onBack: root.present("home")
+        Stage {
+            shown: root.stage === "actions"
+            sourceComponent: OfferList {
+                focus: true
+                theme: interfaceTheme
+                files: root.files
+                message: root.message
+                offers: root.offers
+                onChosen: (offer) => root.choose(offer)
+                onBack: root.present("home")
+            }
         }
-        OfferEditor {
-            anchors.fill: parent
-            visible: root.stage === "editor"
-            focus: visible
-            theme: theme
-            offer: root.offer
-            destination: root.destination
-            onChooseFolder: root.channel.call("chooseFolder", {}, (folder) => {
-                if (folder !== null)
-                    root.destination = folder
-            })
-            onRun: (options) => root.run(options)
-            onBack: root.present("home")
+        Stage {
+            shown: root.stage === "editor"
+            sourceComponent: OfferEditor {
+                focus: true
+                theme: interfaceTheme
+                offer: root.offer
+                destination: root.destination
+                onChooseFolder: root.channel.call("chooseFolder", {}, (folder) => {
+                    if (folder !== null)
+                        root.destination = folder
+                })
+                onRun: (options) => root.run(options)
+                onBack: root.present("home")
+            }
         }
-        RunningPage {
-            anchors.fill: parent
-            visible: root.stage === "running"
-            focus: visible
-            theme: theme
-            text: root.offer === null ? "" : root.offer.title
-            completed: root.job.completed
-            total: root.job.total
-            onCancel: root.channel.call("cancelJob")
+        Stage {
+            shown: root.stage === "running"
+            sourceComponent: RunningPage {
+                focus: true
+                theme: interfaceTheme
+                text: root.offer === null ? "" : root.offer.title
+                completed: root.job.completed
+                total: root.job.total
+                onCancel: root.channel.call("cancelJob")
+            }
         }
-        FinishedPage {
-            anchors.fill: parent
-            visible: root.stage === "finished"
-            focus: visible
-            theme: theme
-            outcome: root.outcome
-            onReveal: root.channel.call("reveal", {paths: root.outcome.outputs})
-            onOpen: root.channel.call("open", {paths: root.outcome.outputs})
-            onCopyPath: root.channel.call("copyPath", {paths: root.outcome.outputs})
-            onBack: root.present("home")
+        Stage {
+            shown: root.stage === "finished"
+            sourceComponent: FinishedPage {
+                focus: true
+                theme: interfaceTheme
+                outcome: root.outcome
+                onReveal: root.channel.call("reveal", {paths: root.outcome.outputs})
+                onOpen: root.channel.call("open", {paths: root.outcome.outputs})
+                onCopyPath: root.channel.call("copyPath", {paths: root.outcome.outputs})
+                onBack: root.present("home")
+            }
         }
-        SettingsPage {
-            id: settingsPage
-            anchors.fill: parent
-            visible: root.stage === "settings"
-            focus: visible
-            theme: theme
-            settings: root.settings
-            onShortcutChosen: (letter) => root.channel.call("setShortcut", {key: letter}, root.takeSettings)
-            onGestureToggled: (on) => root.channel.call("setGesture", {enabled: on}, root.takeSettings)
-            onLoginToggled: (on) => root.channel.call("setLogin", {enabled: on}, root.takeSettings)
-            onPermissionOpened: (section) => root.channel.call("openPermission", {section: section})
-            onAnchoringRequested: root.channel.call("requestFileAnchoring", {}, root.takeSettings)
-            onBack: root.present("home")
+        Stage {
+            shown: root.stage === "settings"
+            sourceComponent: SettingsPage {
+                focus: true
+                theme: interfaceTheme
+                settings: root.settings
+                problem: root.settingsProblem
+                onShortcutChosen: (letter) => root.channel.call("setShortcut", {key: letter}, root.takeSettings)
+                onGestureToggled: (on) => root.channel.call("setGesture", {enabled: on}, root.takeSettings)
+                onLoginToggled: (on) => root.channel.call("setLogin", {enabled: on}, root.takeSettings)
+                onPermissionOpened: (section) => root.channel.call("openPermission", {section: section})
+                onAnchoringRequested: root.channel.call("requestFileAnchoring", {}, root.takeSettings)
+                onBack: root.present("home")
+            }
         }
     }
 }

@@ -11,6 +11,9 @@ namespace tolvane::DesktopHost {
 inline constexpr const char* name = "app.tolvane.Desktop";
 inline constexpr const char* path = "/app/tolvane/Desktop";
 inline constexpr const char* interfaceName = "org.freedesktop.Application";
+/// The host's own word for: with what is selected. Started without a word it only takes its place
+/// in the tray.
+inline constexpr const char* showWord = "--show";
 /// Keys of the platform data of its calls (freedesktop.org, "D-Bus Activation" of desktop entries).
 inline constexpr const char* startupIdKey = "desktop-startup-id";
 inline constexpr const char* activationTokenKey = "activation-token";

@@ -99,7 +99,9 @@ TEST_F(DesktopHostTest, TakesDroppedFilesWhenOpenedDuringTheDrag) {
 }
 
 TEST_F(DesktopHostTest, ASecondOneHandsItsFilesOver) {
-  Program second({TOLVANE_DESKTOP, spreadsheet_});
+  // Its name is no text.
+  const std::string file = folder_.write("caf\xe9.csv", "1,2\n").string();
+  Program second({TOLVANE_DESKTOP, file});
   EXPECT_EQ(second.wait(), EXIT_SUCCESS);
   EXPECT_TRUE(eventually(isWheel));
 }
@@ -109,18 +111,31 @@ TEST_F(DesktopHostTest, EndsWhenTheSessionEnds) {
   EXPECT_EQ(host_.wait(), EXIT_SUCCESS);
 }
 
-using OpenCommandTest = support::SessionTest;
+class OpenCommandTest : public support::SessionTest {
+ protected:
+  void TearDown() override {
+    output(
+        "kill $(gdbus call --session -d org.freedesktop.DBus -o / -m "
+        "org.freedesktop.DBus.GetConnectionUnixProcessID app.tolvane.Desktop | tr -cd ' 0-9' | "
+        "cut -d ' ' -f 2)");
+    EXPECT_TRUE(eventually([] { return !support::isOnBus(support::hostName); }));
+    EXPECT_FALSE(isPaletteVisible());
+  }
+
+  static std::string open(const std::string& words) {
+    return output(std::string(TOLVANE_PROGRAM) + " open " + words);
+  }
+};
 
 TEST_F(OpenCommandTest, StartsTheHostWhenNoneIsRunning) {
-  const std::string file = folder_.write("a.csv", "1,2\n").string();
-  ASSERT_EQ(output(std::string(TOLVANE_PROGRAM) + " open " + file), "");
+  ASSERT_EQ(open(folder_.write("caf\xe9.csv", "1,2\n").string()), "");
   EXPECT_TRUE(eventually(isWheel));
-  output(
-      "kill $(gdbus call --session -d org.freedesktop.DBus -o / -m "
-      "org.freedesktop.DBus.GetConnectionUnixProcessID app.tolvane.Desktop | tr -cd ' 0-9' | "
-      "cut -d ' ' -f 2)");
-  EXPECT_TRUE(eventually([] { return !support::isOnBus(support::hostName); }));
-  EXPECT_FALSE(isPaletteVisible());
+}
+
+TEST_F(OpenCommandTest, WithoutFilesStartsTheHostWithWhatIsSelected) {
+  ASSERT_EQ(open(""), "");
+  EXPECT_TRUE(eventuallyActive("tolvane"));
+  EXPECT_EQ(paletteSize(), "320x300");
 }
 
 }  // namespace
