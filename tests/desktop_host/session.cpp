@@ -67,9 +67,12 @@ std::string activeWindow() {
 }
 
 std::string paletteSize() {
+  // Without the room for the shadow that the window has around the palette where it is blended.
   return output(
       "id=$(xdotool search --onlyvisible --name '^tolvane$' 2>/dev/null | tail -1); "
-      "[ -z \"$id\" ] || xdotool getwindowgeometry $id | sed -n 's/.*Geometry: //p'");
+      "[ -z \"$id\" ] || { eval \"$(xdotool getwindowgeometry --shell $id)\"; "
+      "side=$(xprop -id $id _GTK_FRAME_EXTENTS | sed -n 's/.*= \\([0-9]*\\),.*/\\1/p'); "
+      "echo $((WIDTH - 2 * ${side:-0}))x$((HEIGHT - 2 * ${side:-0})); }");
 }
 
 bool isPaletteVisible() {
