@@ -39,9 +39,7 @@ void AppDelegate::openPalette() {
 }
 
 void AppDelegate::follow(const DesktopBusName::Request& request) {
-  const Activation& activation = request.activation;
-  const UserAction action(platform_->server(),
-                          activation.startupId.empty() ? activation.token : activation.startupId);
+  const UserAction action(platform_->server(), request.activation.startNotice());
   if (request.files) {
     bridge_->open(*request.files);
   } else {

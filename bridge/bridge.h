@@ -37,7 +37,8 @@ class Bridge {
          DesktopServices services,
          ConversionEngine engine,
          LocalToolchain toolchain = LocalToolchain());
-  /// Asks a running job to stop and waits for it; its outcome is not reported.
+  /// Asks a running job to stop, or the inspection of files, and waits for it: a file that is being
+  /// inspected is finished. The outcome is not reported.
   ~Bridge();
   Bridge(const Bridge&) = delete;
   Bridge& operator=(const Bridge&) = delete;

@@ -23,7 +23,9 @@ Value::List mapsOf(const std::vector<FileCapability>& offers) {
 
 void Selection::select(std::vector<std::filesystem::path> urls,
                        const std::optional<std::string>& message) {
-  const std::int64_t revision = ++selectionRevision_;
+  intake_.inspection->cancel();
+  intake_ = {intake_.selectionRevision + 1};
+  const Intake intake = intake_;
   files_.clear();
   formats_.clear();
   tools_.clear();
@@ -34,18 +36,20 @@ void Selection::select(std::vector<std::filesystem::path> urls,
     surroundings_.events.send("selectionResolved",
                               {{"files", files_}, {"message", selectionMessage_}});
   } else if (!urls.empty()) {
-    inspectInTheBackground(revision, std::move(urls));
+    inspectInTheBackground(intake, std::move(urls));
   }
 }
 
-void Selection::inspectInTheBackground(std::int64_t revision,
+void Selection::inspectInTheBackground(const Intake& intake,
                                        std::vector<std::filesystem::path> urls) {
   surroundings_.worker.post([&engine = surroundings_.engine,
                              &main = surroundings_.main,
                              selection = weak_from_this(),
-                             revision,
+                             intake,
                              urls = std::move(urls)] {
-    main.post([selection, revision, inspection = inspect(engine, urls)] {
+    main.post([selection,
+               revision = intake.selectionRevision,
+               inspection = inspect(engine, urls, *intake.inspection)] {
       if (const auto present = selection.lock()) {
         present->apply(revision, inspection);
       }
@@ -54,9 +58,13 @@ void Selection::inspectInTheBackground(std::int64_t revision,
 }
 
 Selection::Inspection Selection::inspect(const ConversionEngine& engine,
-                                         const std::vector<std::filesystem::path>& urls) {
+                                         const std::vector<std::filesystem::path>& urls,
+                                         const CancellationToken& token) {
   Inspection inspection;
   for (const std::filesystem::path& url : urls) {
+    if (token.isCancelled()) {
+      break;  // nobody waits for the rest
+    }
     try {
       inspection.files.push_back(engine.inspect(url));
     } catch (const std::exception& failure) {
@@ -69,7 +77,7 @@ Selection::Inspection Selection::inspect(const ConversionEngine& engine,
 }
 
 void Selection::apply(std::int64_t revision, const Inspection& inspection) {
-  if (revision != selectionRevision_) {
+  if (revision != intake_.selectionRevision) {
     return;
   }
   for (const FileInfo& file : inspection.files) {

@@ -18,19 +18,18 @@ Value::Map permissionMap(const PermissionState& state) {
       {"reduceTransparency", state.reduceTransparency}};
 }
 
-const char* loginStatusText(int status) {
+const char* loginStatusText(LoginStatus status) {
   switch (status) {
-    case 0:
+    case LoginStatus::notRegistered:
       return "not registered";
-    case 1:
+    case LoginStatus::enabled:
       return "enabled";
-    case 2:
+    case LoginStatus::requiresApproval:
       return "requires approval in Login Items";
-    case 3:
+    case LoginStatus::notFound:
       return "app not installed / registration unavailable";
-    default:
-      return "unknown";
   }
+  return "unknown";
 }
 
 bool enabledIn(const Value::Map& arguments) {

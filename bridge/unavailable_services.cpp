@@ -88,10 +88,7 @@ class NoLoginItem final : public LoginItem {
   void setEnabled(bool) override {
     throw PlatformError("Only the desktop application can be launched at login.");
   }
-  [[nodiscard]] int status() const override {
-    constexpr int notFound = 3;
-    return notFound;
-  }
+  [[nodiscard]] LoginStatus status() const override { return LoginStatus::notFound; }
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/desktop/geometry.h"
+#include "platform/desktop/login_status.h"
 
 /// What the bridge asks of the desktop that it runs on. Everything is called, and calls back, on
 /// the main thread.
@@ -145,8 +146,7 @@ class LoginItem {
 
   /// @throws std::exception with a description when the system refuses.
   virtual void setEnabled(bool on) = 0;
-  /// 0 not registered, 1 enabled, 2 requires approval, 3 not found.
-  [[nodiscard]] virtual int status() const = 0;
+  [[nodiscard]] virtual LoginStatus status() const = 0;
 };
 
 /// What can be done with the results of a job. Does what it can; reports and throws nothing.

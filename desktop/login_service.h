@@ -12,7 +12,7 @@ class LoginService final : public LoginItem {
   explicit LoginService(LoginRegistration& registration) : registration_(registration) {}
 
   void setEnabled(bool on) override;
-  [[nodiscard]] int status() const override { return static_cast<int>(registration_.status()); }
+  [[nodiscard]] LoginStatus status() const override { return registration_.status(); }
 
  private:
   LoginRegistration& registration_;

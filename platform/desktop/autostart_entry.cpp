@@ -33,7 +33,8 @@ bool isProgramThere(const Keys& keys) {
 }
 
 LoginStatus statusOf(const Keys& keys) {
-  if (holds(keys, "Hidden", "true") || holds(keys, "X-GNOME-Autostart-enabled", "false")) {
+  if (holds(keys, "Hidden", "true") || holds(keys, "X-GNOME-Autostart-enabled", "false") ||
+      holds(keys, "X-MATE-Autostart-enabled", "false")) {
     return LoginStatus::requiresApproval;
   }
   return isProgramThere(keys) ? LoginStatus::enabled : LoginStatus::notFound;

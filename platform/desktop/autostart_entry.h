@@ -9,8 +9,9 @@ namespace tolvane {
 /// Launches a program at login by an XDG autostart file. Main thread only.
 ///
 /// Without the file the program is not registered. A file that the user has switched off
-/// ("Hidden=true", or GNOME's "X-GNOME-Autostart-enabled=false") requires approval; one whose
-/// program is not there, or that cannot be read, counts as not found.
+/// ("Hidden=true", GNOME's "X-GNOME-Autostart-enabled=false" or MATE's
+/// "X-MATE-Autostart-enabled=false") requires approval; one whose program is not there, or that
+/// cannot be read, counts as not found.
 class AutostartEntry final : public LoginRegistration {
  public:
   /// @param file normally UserFolders::configuration() / "autostart/app.tolvane.desktop".

@@ -73,8 +73,8 @@ std::map<std::string, std::string> DesktopEntry::keysIn(std::string_view text) {
     if (line.starts_with('[')) {
       isInGroup = line == "[Desktop Entry]";
     } else if (isInGroup && !line.starts_with('#') && equals != std::string_view::npos) {
-      keys.emplace(trimmed(line.substr(0, equals)),
-                   withoutEscapes(trimmed(line.substr(equals + 1))));
+      keys.insert_or_assign(std::string(trimmed(line.substr(0, equals))),
+                            withoutEscapes(trimmed(line.substr(equals + 1))));
     }
   }
   return keys;

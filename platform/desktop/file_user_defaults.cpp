@@ -11,24 +11,36 @@ namespace tolvane {
 
 namespace {
 
-std::map<std::string, std::string> textsIn(const std::filesystem::path& file) {
+nlohmann::json objectIn(const std::filesystem::path& file) {
   try {
     const Bytes bytes = FileSystem::readAll(file);
-    return nlohmann::json::parse(asText(bytes)).get<std::map<std::string, std::string>>();
+    return nlohmann::json::parse(asText(bytes)).get<nlohmann::json::object_t>();
   } catch (const std::exception&) {  // missing or damaged
-    return {};
+    return nlohmann::json::object();
   }
 }
 
-void write(const std::filesystem::path& file, const std::map<std::string, std::string>& texts) {
+std::map<std::string, std::string> textsIn(const nlohmann::json& object) {
+  std::map<std::string, std::string> texts;
+  for (const auto& [key, value] : object.items()) {
+    if (value.is_string()) {
+      texts[key] = value.get<std::string>();
+    }
+  }
+  return texts;
+}
+
+void store(const std::filesystem::path& file, const std::string& key, const std::string& text) {
+  nlohmann::json object = objectIn(file);
+  object[key] = text;
   std::filesystem::create_directories(file.parent_path());
-  FileSystem::writeAtomically(file, asBytes(nlohmann::json(texts).dump(2) + "\n"));
+  FileSystem::writeAtomically(file, asBytes(object.dump(2) + "\n"));
 }
 
 }  // namespace
 
 FileUserDefaults::FileUserDefaults(std::filesystem::path file)
-    : file_(std::move(file)), texts_(textsIn(file_)) {}
+    : file_(std::move(file)), texts_(textsIn(objectIn(file_))) {}
 
 std::optional<std::string> FileUserDefaults::text(const std::string& key) const {
   const auto found = texts_.find(key);
@@ -38,7 +50,7 @@ std::optional<std::string> FileUserDefaults::text(const std::string& key) const 
 void FileUserDefaults::setText(const std::string& key, const std::string& text) {
   texts_[key] = text;
   try {
-    write(file_, texts_);
+    store(file_, key, text);
   } catch (const std::exception&) {
     // A full or read-only disk must not take the setting away from the running process.
     return;

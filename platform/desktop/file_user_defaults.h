@@ -8,7 +8,8 @@
 
 namespace tolvane {
 
-/// The user defaults in a JSON file of one flat object. Main thread only.
+/// The user defaults in a JSON file of one flat object, whose other members stay as they are. Main
+/// thread only.
 class FileUserDefaults final : public UserDefaults {
  public:
   /// @param file read at once; one that is missing or damaged counts as empty, and is replaced

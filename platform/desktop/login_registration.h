@@ -1,9 +1,8 @@
 #pragma once
 
-namespace tolvane {
+#include "platform/desktop/login_status.h"
 
-/// The numbers are those that the settings know.
-enum class LoginStatus { notRegistered = 0, enabled = 1, requiresApproval = 2, notFound = 3 };
+namespace tolvane {
 
 /// Registers this application to be launched at login. Main thread only.
 class LoginRegistration {

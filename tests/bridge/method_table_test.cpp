@@ -1,6 +1,8 @@
 #include "bridge/method_table.h"
 
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -211,14 +213,15 @@ TEST_F(BridgeTest, SaysWhyLaunchAtLoginDidNotChange) {
 }
 
 TEST_F(BridgeTest, NamesEveryLoginStatus) {
-  const Calls texts = {"not registered",
-                       "enabled",
-                       "requires approval in Login Items",
-                       "app not installed / registration unavailable",
-                       "unknown"};
-  for (const std::string& text : texts) {
+  const std::vector<std::pair<LoginStatus, const char*>> texts = {
+      {LoginStatus::notRegistered, "not registered"},
+      {LoginStatus::enabled, "enabled"},
+      {LoginStatus::requiresApproval, "requires approval in Login Items"},
+      {LoginStatus::notFound, "app not installed / registration unavailable"},
+      {LoginStatus{99}, "unknown"}};
+  for (const auto& [status, text] : texts) {
+    record_.loginStatus = status;
     EXPECT_EQ(std::get<Value>(call("settings"))["loginStatus"], Value(text));
-    ++record_.loginStatus;
   }
 }
 

@@ -1,6 +1,12 @@
+#include <chrono>
+#include <poll.h>
+#include <sys/inotify.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "engine/primitives/limits.h"
+#include "platform/files/descriptor.h"
 #include "tests/support/bridge_fixture.h"
 #include "tests/support/temporary_folder.h"
 
@@ -88,6 +94,66 @@ TEST_F(SelectionTest, DropsWhatANewerIntakeOvertook) {
   finishEverything();
   ASSERT_THAT(events_, SizeIs(3));
   EXPECT_THAT(namesOf(events_[2]), ElementsAre("b.csv"));
+}
+
+/// Sees that a file is opened.
+class OpeningWatch {
+ public:
+  explicit OpeningWatch(const std::filesystem::path& file) : notices_(::inotify_init1(IN_CLOEXEC)) {
+    EXPECT_GE(::inotify_add_watch(notices_.number(), file.c_str(), IN_OPEN), 0);
+  }
+  /// @return whether it was opened, at the latest when the time is over.
+  [[nodiscard]] bool hasSeenOne(std::chrono::milliseconds wait) const {
+    pollfd notices = {notices_.number(), POLLIN, 0};
+    return ::poll(&notices, 1, static_cast<int>(wait.count())) == 1;
+  }
+
+ private:
+  Descriptor notices_;
+};
+
+/// A hundred files that take seconds to inspect.
+class LongInspectionTest : public SelectionTest {
+ protected:
+  void selectMany() {
+    std::vector<std::filesystem::path> files(Limits::maxInputFiles - 1, first_);
+    files.push_back(last_);
+    bridge_->select(files);
+    ASSERT_TRUE(firstOpening_.hasSeenOne(std::chrono::seconds(10)));
+  }
+  [[nodiscard]] bool isLastOpened() const {
+    return lastOpening_.hasSeenOne(std::chrono::milliseconds(0));
+  }
+
+ private:
+  /// Letters of several bytes take the longest.
+  static std::string longTable() {
+    std::string table;
+    while (table.size() < Limits::textSample) {
+      table += "é,\n";
+    }
+    return table;
+  }
+
+  std::filesystem::path first_ = folder_.write("first.csv", longTable());
+  std::filesystem::path last_ = folder_.write("last.csv", "a,b\n");
+  OpeningWatch firstOpening_{first_};
+  OpeningWatch lastOpening_{last_};
+};
+
+TEST_F(LongInspectionTest, EndsWhenANewerIntakeBegins) {
+  selectMany();
+  bridge_->select({folder_ / "a.srt"});
+  finishEverything();
+  EXPECT_FALSE(isLastOpened());
+  ASSERT_THAT(events_, SizeIs(3));
+  EXPECT_THAT(namesOf(events_[2]), ElementsAre("a.srt"));
+}
+
+TEST_F(LongInspectionTest, EndsWhenTheBridgeGoes) {
+  selectMany();
+  bridge_.reset();
+  EXPECT_FALSE(isLastOpened());
 }
 
 TEST_F(SelectionTest, ShowsTheGivenMessageWhenThereIsNothingToInspect) {

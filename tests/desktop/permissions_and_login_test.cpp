@@ -74,14 +74,14 @@ class FakeRegistration final : public LoginRegistration {
 TEST(LoginService, RegistersAndPassesFailuresOn) {
   FakeRegistration registration;
   LoginService login(registration);
-  EXPECT_EQ(login.status(), 0);
+  EXPECT_EQ(login.status(), LoginStatus::notRegistered);
   login.setEnabled(true);
-  EXPECT_EQ(login.status(), 1);
+  EXPECT_EQ(login.status(), LoginStatus::enabled);
   EXPECT_THROW(login.setEnabled(false), PlatformError);
   registration.current = LoginStatus::requiresApproval;
-  EXPECT_EQ(login.status(), 2);
+  EXPECT_EQ(login.status(), LoginStatus::requiresApproval);
   registration.current = LoginStatus::notFound;
-  EXPECT_EQ(login.status(), 3);
+  EXPECT_EQ(login.status(), LoginStatus::notFound);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
-#include <cstdlib>
 #include <optional>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "platform/desktop/autostart_entry.h"
 #include "platform/desktop/desktop_entry.h"
@@ -10,6 +10,7 @@
 #include "platform/files/platform_error.h"
 #include "tests/support/failure_text.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/variable.h"
 
 namespace tolvane {
 namespace {
@@ -37,6 +38,17 @@ TEST(FileUserDefaults, TakesADamagedFileAsEmptyAndReplacesIt) {
     defaults.setText("shortcutKey", "F");
     EXPECT_EQ(FileUserDefaults(file).text("shortcutKey"), "F");
   }
+}
+
+TEST(FileUserDefaults, LeavesAloneWhatSomebodyElsePutThere) {
+  const support::TemporaryFolder folder;
+  const auto file = folder.write("settings.json", R"({"shortcutKey": "X", "n": 1, "l": [null]})");
+  FileUserDefaults defaults(file);
+  EXPECT_EQ(defaults.text("shortcutKey"), "X");
+  EXPECT_EQ(defaults.text("n"), std::nullopt);
+  defaults.setText("other", "a");
+  EXPECT_EQ(nlohmann::json::parse(support::contentOf(file)),
+            nlohmann::json::parse(R"({"shortcutKey": "X", "n": 1, "l": [null], "other": "a"})"));
 }
 
 TEST(FileUserDefaults, KeepsATextForItsProcessWhenItCannotBeStored) {
@@ -95,6 +107,10 @@ TEST_F(AutostartTest, TellsWhatAFileOfTheUserMeans) {
   EXPECT_EQ(statusOf("[Desktop Entry]\nHidden=true\nExec=/gone"), LoginStatus::requiresApproval);
   EXPECT_EQ(statusOf("[Desktop Entry]\nX-GNOME-Autostart-enabled=false\n" + exec),
             LoginStatus::requiresApproval);
+  EXPECT_EQ(statusOf("[Desktop Entry]\nX-MATE-Autostart-enabled=false\n" + exec),
+            LoginStatus::requiresApproval);
+  EXPECT_EQ(statusOf("[Desktop Entry]\nHidden=true\nHidden=false\n" + exec), LoginStatus::enabled)
+      << "of two equal keys the last one counts";
   EXPECT_EQ(statusOf("[Desktop Entry]\n#Hidden=true\n" + exec + "\n[Other]\nHidden=true"),
             LoginStatus::enabled);
   for (const char* text : {"",
@@ -124,34 +140,9 @@ TEST_F(AutostartTest, RefusesInTheSystemsWords) {
             "Could not create " + (folder_ / "blocked").string() + ": Not a directory.");
 }
 
-/// Sets a variable for one test.
-class Variable {
- public:
-  Variable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name); old != nullptr) {
-      old_ = old;
-    }
-    set(value);
-  }
-  ~Variable() { set(old_ ? old_->c_str() : nullptr); }
-  Variable(const Variable&) = delete;
-  Variable& operator=(const Variable&) = delete;
-  void set(const char* value) const {
-    if (value != nullptr) {
-      ::setenv(name_, value, 1);
-    } else {
-      ::unsetenv(name_);
-    }
-  }
-
- private:
-  const char* name_;
-  std::optional<std::string> old_;
-};
-
 TEST(UserFolders, FollowTheEnvironment) {
-  const Variable home("HOME", "/home/me");
-  const Variable configuration("XDG_CONFIG_HOME", "/set");
+  const support::Variable home("HOME", "/home/me");
+  const support::Variable configuration("XDG_CONFIG_HOME", "/set");
   EXPECT_EQ(UserFolders::configuration(), "/set");
   for (const char* unusable : {"", "relative", static_cast<const char*>(nullptr)}) {
     configuration.set(unusable);

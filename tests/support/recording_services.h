@@ -28,7 +28,7 @@ struct DesktopRecord {
   std::function<void(std::optional<std::filesystem::path>)> folderClosed;
   bool isGestureAllowed = false;
   std::string loginFailure;  // empty: none
-  int loginStatus = 0;
+  LoginStatus loginStatus = LoginStatus::notRegistered;
 };
 
 class RecordingPalette final : public Palette {
@@ -151,7 +151,7 @@ class RecordingLoginItem final : public LoginItem {
       throw std::runtime_error(record_.loginFailure);
     }
   }
-  [[nodiscard]] int status() const override { return record_.loginStatus; }
+  [[nodiscard]] LoginStatus status() const override { return record_.loginStatus; }
 
  private:
   DesktopRecord& record_;

@@ -44,13 +44,12 @@ void ContentWindow::keyPressEvent(QKeyEvent* event) {
 
 void ContentWindow::keyReleaseEvent(QKeyEvent* event) {
   QQuickWindow::keyReleaseEvent(event);
-  lastRelease_ = event->timestamp();
+  repetition_.released(event->timestamp());
 }
 
 bool ContentWindow::isRepetition(const QKeyEvent& press) const {
-  // A key that repeats itself is released and pressed at the same time. Qt's own mark is missing
-  // when it reads the release before the press has come.
-  return press.isAutoRepeat() || press.timestamp() == lastRelease_;
+  // Qt's own mark is missing when it reads the release before the press has come.
+  return press.isAutoRepeat() || repetition_.isSeenAt(press.timestamp());
 }
 
 void ContentWindow::resizeEvent(QResizeEvent* event) {

@@ -6,6 +6,8 @@
 #include <QQuickItem>
 #include <QQuickWindow>
 
+#include "platform/desktop/x11/key_repetition.h"
+
 namespace tolvane {
 
 /// A window filled by one item. Escape that the content did not use, and the close button, only
@@ -44,7 +46,7 @@ class ContentWindow final : public QQuickWindow {
   std::function<void()> exposed_;
   QPointer<QQuickItem> content_;  // may have moved to another window
   int margin_ = 0;
-  quint64 lastRelease_ = 0;  // the server's time
+  KeyRepetition repetition_;
   bool wasExposed_ = false;
 };
 

@@ -12,7 +12,7 @@ namespace tolvane {
 namespace {
 
 /// Classes of windows of file managers and of the desktops that they draw, in lower case.
-constexpr std::array<std::string_view, 10> fileManagers = {"org.gnome.nautilus",
+constexpr std::array<std::string_view, 11> fileManagers = {"org.gnome.nautilus",
                                                            "nautilus",
                                                            "dolphin",
                                                            "org.kde.dolphin",
@@ -21,7 +21,8 @@ constexpr std::array<std::string_view, 10> fileManagers = {"org.gnome.nautilus",
                                                            "thunar",
                                                            "xfdesktop",
                                                            "pcmanfm",
-                                                           "pcmanfm-qt"};
+                                                           "pcmanfm-qt",
+                                                           "caja"};
 
 /// @param classText WM_CLASS: the window's own name and its class, each ended by a NUL.
 std::string bundleIn(std::string_view classText) {

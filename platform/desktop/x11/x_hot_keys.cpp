@@ -57,8 +57,9 @@ HotKeys::Registration XHotKeys::registerKey(const HotKey& key) {
   if (!server_.isBelowWayland()) {
     return take(wanted);
   }
-  unregisterKey(belowWayland_);
-  belowWayland_ = take(wanted).reference;
+  if (belowWayland_ == 0) {
+    belowWayland_ = take(wanted).reference;
+  }
   return {.status = keptByWayland};
 }
 
@@ -116,11 +117,10 @@ void XHotKeys::seen(const XEvent& event) {
     return;
   }
   if (event.type == XCB_KEY_RELEASE) {
-    lastRelease_ = key.time;
+    repetition_.released(key.time);
     return;
   }
-  // A key that repeats itself is released and pressed at the same time.
-  if (key.time != lastRelease_ && pressed_) {
+  if (!repetition_.isSeenAt(key.time) && pressed_) {
     for (const auto& [reference, taken] : grabs_) {
       if (taken.keyCode == key.detail) {
         pressed_();

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "platform/desktop/hot_keys.h"
+#include "platform/desktop/x11/key_repetition.h"
 #include "platform/desktop/x11/x_event_filter.h"
 #include "platform/desktop/x11/x_server.h"
 
@@ -14,8 +15,9 @@ class XHotKeys final : public HotKeys {
  public:
   /// The status of a key that has no place on the keyboards of X servers: BadValue.
   static constexpr int unknownKey = 2;
-  /// The status of every key on a Wayland desktop, which keeps keys to itself: ENOTSUP. The key is
-  /// taken all the same, for the windows of other X programs; the latest one.
+  /// The status of every key on a Wayland desktop, which keeps keys to itself: ENOTSUP. The first
+  /// one that is free is taken all the same, for the windows of other X programs; those after it
+  /// are not, because they are refused, and what is refused does not take the place of another.
   static constexpr int keptByWayland = 95;
 
   /// @param server not owned; outlives this object.
@@ -44,7 +46,7 @@ class XHotKeys final : public HotKeys {
   std::map<Reference, Grab> grabs_;
   Reference lastReference_ = 0;
   Reference belowWayland_ = 0;  // 0 when there is none
-  XTime lastRelease_ = 0;
+  KeyRepetition repetition_;
   std::function<void()> pressed_;
   XEventFilter filter_;
 };

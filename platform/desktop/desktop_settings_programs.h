@@ -8,8 +8,8 @@ namespace tolvane {
 /// Privacy_Accessibility, its first page for the others, which have no page on Linux.
 class DesktopSettingsPrograms final : public SystemSettings {
  public:
-  /// Empty where none of the known settings programs is installed.
-  [[nodiscard]] std::string privacyLink() const override;
+  [[nodiscard]] std::string privacyLink() const override { return "tolvane-settings://privacy"; }
+  /// Does nothing where none of the known settings programs is installed.
   void open(const std::string& link) override;
 };
 
