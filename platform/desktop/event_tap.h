@@ -15,7 +15,7 @@ struct TapEvent {
   static constexpr std::uint64_t shift = 0x20000;                              ///< of `flags`
 
   std::uint32_t type = 0;
-  std::uint64_t flags = 0;  ///< modifiers held when it is told, which may be just after it
+  std::uint64_t flags = 0;  ///< modifiers held when it is told, just after it happened
 };
 
 /// Listens passively to the events of the whole session, until destroyed: events are neither held
