@@ -13,7 +13,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/window_places.h"
 #include "platform/desktop/x11/raw_input.h"
+#include "platform/desktop/x11/screen_space.h"
 #include "platform/desktop/x11/user_action.h"
 #include "platform/desktop/x11/x_event_taps.h"
 #include "platform/desktop/x11/x_front_application.h"
@@ -276,14 +278,14 @@ TEST_F(X11Test, CountsScreensFromTheBottomLeft) {
   EXPECT_EQ(XScreens(server_).main(), screens.front());
 }
 
-/// Two screens, one above the other, of 1600 by 500.
+/// Two screens, one above the other, of 1600 by 500; the lower one is the primary.
 class TwoScreensTest : public X11Test {
  protected:
   void SetUp() override {
     X11Test::SetUp();
     output(
         "xrandr --setmonitor upper 1600/400x500/125+0+0 screen; "
-        "xrandr --setmonitor lower 1600/400x500/125+0+500 none");
+        "xrandr --setmonitor '*lower' 1600/400x500/125+0+500 none");
     ASSERT_TRUE(eventuallyInLoop([] { return QGuiApplication::screens().size() == 2; }));
   }
   void TearDown() override {
@@ -291,8 +293,56 @@ class TwoScreensTest : public X11Test {
     X11Test::TearDown();
   }
 
+  [[nodiscard]] std::vector<Rectangle> frames() const {
+    std::vector<Rectangle> found;
+    for (const Screen& screen : screens_.all()) {
+      found.push_back(screen.frame);
+    }
+    return found;
+  }
+  /// Where a window that shows its corner there has it, from that of the primary screen.
+  [[nodiscard]] Point cornerAt(const QPoint& pixel) const {
+    QWindow window;
+    window.setFlag(Qt::BypassWindowManagerHint);
+    window.setTitle("files");
+    window.show();
+    QGuiApplication::processEvents();
+    const std::string id = std::to_string(window.winId());
+    xdotool("windowmove " + id + " " + std::to_string(pixel.x() - 26) + " " +
+            std::to_string(pixel.y() - 20));
+    output("xprop -id " + id +
+           " -f _GTK_FRAME_EXTENTS 32c -set _GTK_FRAME_EXTENTS '26, 28, 20, 30'");
+    const auto place = windowPlace(server_, static_cast<XWindow>(window.winId()));
+    EXPECT_TRUE(place);
+    EXPECT_EQ(place->title, "files");
+    return ScreenSpace::fromPrimary(place->origin);
+  }
+
   XScreens screens_{server_};
 };
+
+TEST_F(TwoScreensTest, AreCountedFromThePrimaryOne) {
+  EXPECT_THAT(frames(),
+              UnorderedElementsAre(Rectangle{0, 0, 1600, 500}, Rectangle{0, 500, 1600, 500}));
+  EXPECT_EQ(screens_.all().front().frame.y, 0);
+  EXPECT_EQ(cornerAt({300, 700}), (Point{300, 200}));
+  EXPECT_EQ(cornerAt({300, 100}), (Point{300, -400}));
+}
+
+/// Two pixels make a point.
+struct DoubledPixels {
+  DoubledPixels() { ::setenv("QT_SCALE_FACTOR", "2", 1); }  // NOLINT(concurrency-mt-unsafe)
+  ~DoubledPixels() { ::unsetenv("QT_SCALE_FACTOR"); }       // NOLINT(concurrency-mt-unsafe)
+};
+class ScaledScreensTest : DoubledPixels, public TwoScreensTest {};
+
+TEST_F(ScaledScreensTest, AreCountedInPoints) {
+  // The corners of screens are not scaled.
+  EXPECT_THAT(frames(),
+              UnorderedElementsAre(Rectangle{0, 0, 800, 250}, Rectangle{0, 500, 800, 250}));
+  EXPECT_EQ(cornerAt({300, 700}), (Point{150, 100}));
+  EXPECT_EQ(cornerAt({300, 100}), (Point{150, -450}));
+}
 
 TEST_F(TwoScreensTest, EachHoldsThePixelsThatItShows) {
   QWindow palette;
