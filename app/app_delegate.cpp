@@ -3,6 +3,7 @@
 #include <QApplication>
 
 #include "app/window_places.h"
+#include "platform/desktop/x11/screen_space.h"
 #include "platform/desktop/x11/user_action.h"
 #include "universal/dispatch/universal_engine.h"
 
@@ -17,9 +18,11 @@ constexpr const char* statusDescription = "tolvane – converts your files here,
 void AppDelegate::applicationDidFinishLaunching() {
   QApplication::setQuitOnLastWindowClosed(false);
   interface_.emplace(messengers_.interface());
-  accessibility_ = atspiAccessibility([this](std::uint64_t window) {
-    return windowPlace(platform_->server(), static_cast<XWindow>(window));
-  });
+  accessibility_ = atspiAccessibility(
+      [this](std::uint64_t window) {
+        return windowPlace(platform_->server(), static_cast<XWindow>(window));
+      },
+      ScreenSpace::fromPrimary);
   platform_.emplace(
       interface_->item(),
       DesktopPlatform::Accessibility{*accessibility_.selection, *accessibility_.tree});

@@ -55,7 +55,7 @@ class DesktopPlatform {
   XPointer pointer_{server_, input_, panel_.window()};
   XFrontApplication frontApplication_{server_, panel_.window()};
   XHotKeys hotKeys_{server_};
-  XEventTaps taps_{server_, input_};
+  XEventTaps taps_{server_, input_, frontApplication_};
   SessionPermissions permissions_{input_};
   LoginWakeNotices wakeNotices_;
   DesktopSettingsPrograms systemSettings_;

@@ -29,7 +29,7 @@ void findSelection(benchmark::State& state, const std::string& tree) {
   AtspiFileManagerSelection selection(
       std::make_shared<RecordedWindow>(tree, home.path()),
       [](std::uint64_t) {
-        return WindowPlace{{100, 50}, "/window/1"};
+        return WindowPlace{{100, 50}, "files", "/window/1"};
       },
       home.path(),
       std::make_shared<std::optional<ShownFile>>(),

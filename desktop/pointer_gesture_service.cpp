@@ -1,6 +1,5 @@
 #include "desktop/pointer_gesture_service.h"
 
-#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -32,8 +31,8 @@ bool PointerGestureService::setEnabled(bool on) {
 }
 
 bool PointerGestureService::start() {
-  constexpr std::uint64_t secondaryPresses = 1U << TapEvent::secondaryMouseDown;
-  tap_ = desktop_.taps.create(secondaryPresses, [this](const TapEvent& event) { received(event); });
+  tap_ = desktop_.taps.create(TapEvent::secondaryPresses,
+                              [this](const TapEvent& event) { received(event); });
   if (tap_ == nullptr) {
     stayOff(GestureStatus::unavailable);
     return false;

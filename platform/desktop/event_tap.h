@@ -11,10 +11,11 @@ struct TapEvent {
   static constexpr std::uint32_t secondaryMouseDown = 3;
   static constexpr std::uint32_t disabledByTimeout = 0xFFFFFFFE;
   static constexpr std::uint32_t disabledByUserInput = 0xFFFFFFFF;
-  static constexpr std::uint64_t shift = 0x20000;  ///< of `flags`
+  static constexpr std::uint64_t secondaryPresses = 1U << secondaryMouseDown;  ///< of a mask
+  static constexpr std::uint64_t shift = 0x20000;                              ///< of `flags`
 
   std::uint32_t type = 0;
-  std::uint64_t flags = 0;  ///< modifiers held when the event happened
+  std::uint64_t flags = 0;  ///< modifiers held when it is told, just after it happened
 };
 
 /// Listens passively to the events of the whole session, until destroyed: events are neither held

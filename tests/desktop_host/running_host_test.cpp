@@ -89,8 +89,8 @@ TEST_F(RunningHostTest, TheGestureOpensThePaletteOverAFileManagerOnly) {
   ASSERT_TRUE(eventuallyActive("tolvane"));
   xdotool("key Escape");
   ASSERT_TRUE(eventuallyActive("other"));
-  const auto click = [] {
-    xdotool("mousemove 1000 700 keydown shift click 3 sleep 0.3 keyup shift");
+  const auto click = [](const std::string& place = "1000 700") {
+    xdotool("mousemove " + place + " keydown shift click 3 sleep 0.3 keyup shift");
   };
   click();
   EXPECT_FALSE(isPaletteVisible());
@@ -101,6 +101,11 @@ TEST_F(RunningHostTest, TheGestureOpensThePaletteOverAFileManagerOnly) {
   EXPECT_THAT(namesOnScreen(),
               HasSubstr("The clicked file cannot be verified safely. Drop or "
                         "choose the file to confirm it."));
+  click("950 600");  // beside the palette, which follows
+  EXPECT_TRUE(eventually([] {
+    return output("xdotool search --onlyvisible --name '^tolvane$' getwindowgeometry")
+               .find("Position: 964,576") != std::string::npos;
+  }));
 }
 
 TEST_F(RunningHostTest, TheSettingsSwitchLaunchAtLogin) {

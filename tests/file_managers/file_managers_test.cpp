@@ -95,7 +95,8 @@ class FileManagersTest : public testing::TestWithParam<ManagerCase> {
   fs::path files_ = fs::path(std::getenv("HOME")) / "files";
   std::int64_t process_ = 0;
   Accessibility accessibility_ =
-      atspiAccessibility([](std::uint64_t) { return std::optional<WindowPlace>(); });
+      atspiAccessibility([](std::uint64_t) { return std::optional<WindowPlace>(); },
+                         [](const Point& point) { return point; });
 };
 
 TEST_P(FileManagersTest, TellsWhatIsSelectedInTime) {

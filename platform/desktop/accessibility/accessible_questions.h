@@ -40,7 +40,9 @@ struct AccessibleAnswer {
   std::uint64_t number = 0;  ///< role, states, count, process identifier, 1 for "yes"
   std::string text;
   std::vector<AccessibleReference> references;
-  Rectangle extents;                                          ///< y downwards, y is the top edge
+  /// In points from the top-left corner of the desktop, or of the window with GTK 4; y downwards, y
+  /// is the top edge.
+  Rectangle extents;
   std::map<std::string, std::vector<std::string>> locations;  ///< by the window's object path
 };
 

@@ -64,7 +64,8 @@ std::vector<FileManagerSelection::Item> AtspiFileManagerSelection::items(
   if (facts == nullptr) {
     return {};
   }
-  const auto window = reader.activeWindow(*application, *facts);
+  const auto place = places_(fileManager.window);
+  const auto window = reader.activeWindow(*application, place ? place->title : "", *facts);
   const RecognizedSelection found =
       window ? SelectionRecognizer::selection(
                    *window, *facts, folders(*window, *facts, fileManager, deadline))
@@ -73,7 +74,6 @@ std::vector<FileManagerSelection::Item> AtspiFileManagerSelection::items(
     throw PlatformError(noAnswer);
   }
   if (found.element) {
-    const auto place = places_(fileManager.window);
     *shown_ = ShownFile{fileManager.processIdentifier,
                         *found.element,
                         found.files.front(),

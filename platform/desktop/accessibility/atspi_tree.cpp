@@ -19,6 +19,7 @@ struct Application {
   std::chrono::milliseconds messagingTimeout{0};
   AccessibleReference root;
   std::optional<ShownFile> shown;
+  FromPrimary fromPrimary;
   bool isRelativeToWindow = false;  ///< how extents are told
 };
 
@@ -48,7 +49,8 @@ class AtspiElement final : public AccessibleElement {
     }
     const Point origin =
         application_->isRelativeToWindow ? application_->shown->windowOrigin : Point();
-    return Point{origin.x + answer.extents.x, origin.y + answer.extents.y};
+    // Where screens are scaled, GTK 3 scales their corners as well: right only on one at (0, 0).
+    return application_->fromPrimary({origin.x + answer.extents.x, origin.y + answer.extents.y});
   }
   [[nodiscard]] std::optional<Size> size() const override {
     const AccessibleAnswer& answer = extents();
@@ -116,8 +118,11 @@ class AtspiElement final : public AccessibleElement {
 }  // namespace
 
 AtspiTree::AtspiTree(std::shared_ptr<AccessibleQuestions> questions,
-                     std::shared_ptr<std::optional<ShownFile>> shown)
-    : questions_(std::move(questions)), shown_(std::move(shown)) {}
+                     std::shared_ptr<std::optional<ShownFile>> shown,
+                     FromPrimary fromPrimary)
+    : questions_(std::move(questions)),
+      shown_(std::move(shown)),
+      fromPrimary_(std::move(fromPrimary)) {}
 
 AccessibleElement::Reference AtspiTree::application(std::int64_t processIdentifier,
                                                     std::chrono::milliseconds messagingTimeout) {
@@ -131,6 +136,7 @@ AccessibleElement::Reference AtspiTree::application(std::int64_t processIdentifi
     application->questions = questions_;
     application->messagingTimeout = messagingTimeout;
     application->root = *root;
+    application->fromPrimary = fromPrimary_;
     if (*shown_ && (*shown_)->processIdentifier == processIdentifier) {
       application->shown = *shown_;
     }

@@ -13,7 +13,7 @@ struct ShownFile {
   std::int64_t processIdentifier = 0;
   AccessibleReference element;
   std::filesystem::path file;
-  Point windowOrigin;  ///< of its window; y downwards
+  Point windowOrigin;  ///< WindowPlace::origin of its window
 };
 
 }  // namespace tolvane

@@ -44,6 +44,11 @@ bool isIn(const List& list, Role role) {
   return std::find(std::begin(list), std::end(list), role) != std::end(list);
 }
 
+/// Qt adds the program's name to what the element of the window is called.
+bool isTitleOf(const std::string& title, const std::string& frame) {
+  return !frame.empty() && (title == frame || title.starts_with(frame + " — "));
+}
+
 bool isShown(const WindowNode& node, const FileManagerFacts& facts) {
   return node.states.has(facts.shownState);
 }
@@ -106,7 +111,23 @@ std::optional<std::string> TreeReader::name(const AccessibleReference& element) 
   return answer.isAnswered ? std::optional(std::move(answer.text)) : std::nullopt;
 }
 
-std::optional<AccessibleReference> TreeReader::activeFrame(const AccessibleReference& application) {
+/// @return none when one of them does not tell what it is called.
+TreeReader::References TreeReader::framesOf(const std::string& title, const References& frames) {
+  const Answers names = askEach(frames, {Ask::name});
+  References found;
+  for (std::size_t i = 0; i < frames.size(); ++i) {
+    if (!names[i].isAnswered) {
+      return {};
+    }
+    if (isTitleOf(title, names[i].text)) {
+      found.push_back(frames[i]);
+    }
+  }
+  return found;
+}
+
+std::optional<AccessibleReference> TreeReader::activeFrame(const AccessibleReference& application,
+                                                           const std::string& title) {
   const References windows = askEach({application}, {Ask::children}).front().references;
   const Answers answers = askEach(windows, {Ask::role, Ask::states});
   References active;
@@ -120,14 +141,18 @@ std::optional<AccessibleReference> TreeReader::activeFrame(const AccessibleRefer
       }
     }
   }
-  // GTK 2 does not tell that its window was active from the start.
-  const References& candidates = active.empty() ? shown : active;
-  return candidates.size() == 1 ? std::optional(candidates.front()) : std::nullopt;
+  if (active.empty()) {
+    // None is while the palette has the keyboard, and GTK 2 does not tell that its window was
+    // active from the start.
+    active = shown.size() > 1 ? framesOf(title, shown) : shown;
+  }
+  return active.size() == 1 ? std::optional(active.front()) : std::nullopt;
 }
 
 std::optional<WindowNode> TreeReader::activeWindow(const AccessibleReference& application,
+                                                   const std::string& title,
                                                    const FileManagerFacts& facts) {
-  const auto frame = activeFrame(application);
+  const auto frame = activeFrame(application, title);
   if (!frame) {
     return std::nullopt;
   }

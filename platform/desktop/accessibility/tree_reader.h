@@ -28,9 +28,12 @@ class TreeReader {
   /// @return nullopt when the element does not answer.
   [[nodiscard]] std::optional<std::string> name(const AccessibleReference& element);
 
+  /// @param title of the window in front, by which it is told from others while none of them has
+  ///   the keyboard.
   /// @return nullopt when it is not certain which window is the active one, or when the deadline
   /// passed before all was read.
   [[nodiscard]] std::optional<WindowNode> activeWindow(const AccessibleReference& application,
+                                                       const std::string& title,
                                                        const FileManagerFacts& facts);
 
  private:
@@ -39,7 +42,9 @@ class TreeReader {
   using Answers = std::vector<AccessibleAnswer>;
 
   Answers askEach(const References& elements, std::initializer_list<Ask> asks);
-  std::optional<AccessibleReference> activeFrame(const AccessibleReference& application);
+  std::optional<AccessibleReference> activeFrame(const AccessibleReference& application,
+                                                 const std::string& title);
+  References framesOf(const std::string& title, const References& frames);
   bool readLevel(std::vector<Place>& level, const FileManagerFacts& facts);
   std::vector<References> readNodes(const std::vector<Place>& level);
   ViewSelection selectionIn(const References& cells, const AccessibleReference& view);

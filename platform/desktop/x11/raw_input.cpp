@@ -28,6 +28,16 @@ std::uint8_t opcodeOfInput(xcb_connection_t* connection) {
   return isEnough ? extension->major_opcode : std::uint8_t{0};
 }
 
+/// Raw events tell which button of the device was pressed.
+/// @return what the user has it stand for; 0 for nothing.
+std::uint32_t meaningOf(std::uint32_t button, xcb_connection_t* connection) {
+  const auto cookie = xcb_get_pointer_mapping(connection);
+  const XReply<xcb_get_pointer_mapping_reply_t> mapping(
+      xcb_get_pointer_mapping_reply(connection, cookie, nullptr));
+  const bool isMapped = mapping && button > 0 && button <= mapping->map_len;
+  return isMapped ? xcb_get_pointer_mapping_map(mapping.get())[button - 1] : button;
+}
+
 }  // namespace
 
 RawInput::RawInput(XServer& server)
@@ -70,7 +80,11 @@ void RawInput::seen(const XEvent& event) {
     return;
   }
   if (generic.event_type == XCB_INPUT_RAW_BUTTON_PRESS) {
-    tell(event.as<xcb_input_raw_button_press_event_t>().detail);
+    const std::uint32_t button = event.as<xcb_input_raw_button_press_event_t>().detail;
+    const std::uint32_t meaning = meaningOf(button, server_.connection());
+    if (meaning != 0) {
+      tell(meaning);
+    }
   }
 }
 

@@ -14,7 +14,7 @@ namespace tolvane {
 /// went; nobody is listened to while there is no listener. Main thread only.
 class RawInput {
  public:
-  /// @param button 1 left, 2 middle, 3 right.
+  /// @param button what the user has it stand for: 1 primary, 2 middle, 3 secondary.
   using Handler = std::function<void(std::uint32_t button)>;
 
   /// Ends a subscription when destroyed; must not outlive the input.

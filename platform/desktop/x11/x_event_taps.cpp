@@ -1,7 +1,6 @@
 #include "platform/desktop/x11/x_event_taps.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -22,15 +21,15 @@ std::uint64_t flagsNow(const XServer& server) {
   return pointer && (pointer->mask & XCB_MOD_MASK_SHIFT) != 0 ? TapEvent::shift : 0;
 }
 
-/// Whether the pointer is on a window of the application in front: on the active one, or on another
-/// one of the same class, such as the desktop of the file manager. A raw press is told before the
-/// window manager makes what was pressed the active window, so that alone would not do.
-bool isPointerOnFrontApplication(const XServer& server) {
-  const XWindow active = server.activeWindow();
-  const std::string front = active != 0 ? WindowClass::bundleOf(server, active) : std::string();
+/// Whether the pointer is on a window of the application: on its active one, or on another one of
+/// the same class, such as the desktop of the file manager. A raw press is told before the window
+/// manager makes what was pressed the active window, so that alone would not do.
+bool isPointerOn(const RunningApplication& application, const XServer& server) {
+  const std::string& bundle = application.bundleIdentifier;
   const std::vector<XWindow> windows = server.windowsUnderPointer();
   return std::any_of(windows.begin(), windows.end(), [&](XWindow window) {
-    return window == active || (!front.empty() && WindowClass::bundleOf(server, window) == front);
+    return window == application.window ||
+           (!bundle.empty() && WindowClass::bundleOf(server, window) == bundle);
   });
 }
 
@@ -38,9 +37,10 @@ class XEventTap final : public EventTap {
  public:
   XEventTap(const XServer& server,
             RawInput& input,
+            const XFrontApplication& front,
             std::uint64_t mask,
             std::function<void(const TapEvent&)> handler)
-      : server_(server), input_(input), mask_(mask), handler_(std::move(handler)) {}
+      : server_(server), input_(input), front_(front), mask_(mask), handler_(std::move(handler)) {}
 
   void enable() override {
     listener_ = input_.listen([this](std::uint32_t button) { pressed(button); });
@@ -49,15 +49,18 @@ class XEventTap final : public EventTap {
  private:
   void pressed(std::uint32_t button) {
     constexpr std::uint32_t secondary = 3;
-    constexpr std::uint64_t secondaryPresses = 1U << TapEvent::secondaryMouseDown;
-    if (button == secondary && (mask_ & secondaryPresses) != 0 &&
-        isPointerOnFrontApplication(server_)) {
+    if (button != secondary || (mask_ & TapEvent::secondaryPresses) == 0) {
+      return;
+    }
+    const auto application = front_.current();
+    if (application && isPointerOn(*application, server_)) {
       handler_({TapEvent::secondaryMouseDown, flagsNow(server_)});
     }
   }
 
   const XServer& server_;
   RawInput& input_;
+  const XFrontApplication& front_;
   std::uint64_t mask_;
   std::function<void(const TapEvent&)> handler_;
   std::unique_ptr<RawInput::Listener> listener_;
@@ -71,7 +74,7 @@ std::unique_ptr<EventTap> XEventTaps::create(std::uint64_t mask,
   if (!input_.isAvailable() || server_.isBelowWayland()) {
     return nullptr;
   }
-  return std::make_unique<XEventTap>(server_, input_, mask, std::move(handler));
+  return std::make_unique<XEventTap>(server_, input_, front_, mask, std::move(handler));
 }
 
 }  // namespace tolvane

@@ -2,6 +2,8 @@
 
 #include "platform/desktop/event_tap.h"
 #include "platform/desktop/x11/raw_input.h"
+#include "platform/desktop/x11/x_front_application.h"
+#include "platform/desktop/x11/x_server.h"
 
 namespace tolvane {
 
@@ -9,8 +11,9 @@ namespace tolvane {
 /// stays silent. The server disables none.
 class XEventTaps final : public EventTaps {
  public:
-  /// Neither is owned; both outlive this object and its taps.
-  XEventTaps(const XServer& server, RawInput& input) : server_(server), input_(input) {}
+  /// Nothing is owned; all outlive this object and its taps.
+  XEventTaps(const XServer& server, RawInput& input, const XFrontApplication& front)
+      : server_(server), input_(input), front_(front) {}
 
   [[nodiscard]] std::unique_ptr<EventTap> create(
       std::uint64_t mask, std::function<void(const TapEvent& event)> handler) override;
@@ -18,6 +21,7 @@ class XEventTaps final : public EventTaps {
  private:
   const XServer& server_;
   RawInput& input_;
+  const XFrontApplication& front_;
 };
 
 }  // namespace tolvane

@@ -9,8 +9,8 @@ class QWindow;
 namespace tolvane {
 
 /// The application of the active window, as the window manager tells it. The handle is that window.
-/// The palette takes the keyboard, but not the front: while it is active, the window that was so
-/// before it counts.
+/// The palette takes the keyboard, but not the front: while it is active, the window of another
+/// process that was so before it counts.
 class XFrontApplication final : public FrontApplication {
  public:
   /// Neither is owned; both outlive this object.
@@ -22,11 +22,14 @@ class XFrontApplication final : public FrontApplication {
 
  private:
   [[nodiscard]] bool isPalette(XWindow window) const;
+  [[nodiscard]] std::optional<RunningApplication> applicationOf(XWindow window) const;
+  void remember(const std::optional<RunningApplication>& active) const;
   void follow(const XEvent& event);
 
   XServer& server_;
   const QWindow& palette_;
-  mutable XWindow front_;  // the palette aside; what current() has seen may not have been told yet
+  // Of another process. What current() has seen may not have been told yet.
+  mutable XWindow front_ = 0;
   XEventFilter events_;
 };
 

@@ -49,9 +49,9 @@ void XPointer::follow(bool isPaletteVisible) {
     return;
   }
   presses_ = input_.listen([this](std::uint32_t button) {
-    constexpr std::uint32_t left = 1;
-    constexpr std::uint32_t right = 3;
-    if (button == left || button == right) {
+    constexpr std::uint32_t primary = 1;
+    constexpr std::uint32_t secondary = 3;
+    if (button == primary || button == secondary) {
       pressed_({location(), target()});
     }
   });

@@ -10,16 +10,6 @@ namespace tolvane {
 
 namespace {
 
-/// A screen's frame in the server's pixels, y down: its corner is not scaled, its size is.
-Rectangle nativeFrame(const QScreen& screen) {
-  const QRect frame = screen.geometry();
-  const double scale = screen.devicePixelRatio();
-  return {static_cast<double>(frame.x()),
-          static_cast<double>(frame.y()),
-          frame.width() * scale,
-          frame.height() * scale};
-}
-
 std::vector<Strut> strutsOfPanels(const XServer& server) {
   std::vector<Strut> struts;
   const Size desktop = server.size(server.root()).value_or(Size());
@@ -37,16 +27,13 @@ std::vector<Strut> strutsOfPanels(const XServer& server) {
 /// Qt knows one working area of the whole desktop, which tells nothing of the single screens when
 /// there are several: it is used as it is, and what panels claim of the screen goes off as well.
 QRect visibleFrame(const QScreen& screen, const std::vector<Strut>& struts) {
-  const Rectangle whole = nativeFrame(screen);
-  Rectangle left = whole;
+  Rectangle left = ScreenSpace::nativeFrame(screen);
   for (const Strut& strut : struts) {
     left = strut.takenFrom(left);
   }
   const double scale = screen.devicePixelRatio();
-  const QRectF points(whole.x + (left.x - whole.x) / scale,
-                      whole.y + (left.y - whole.y) / scale,
-                      left.width / scale,
-                      left.height / scale);
+  const Point corner = ScreenSpace::pointOn(screen, {left.x, left.y});
+  const QRectF points(corner.x, corner.y, left.width / scale, left.height / scale);
   return points.toAlignedRect() & screen.availableGeometry();
 }
 
@@ -80,7 +67,7 @@ std::optional<Screen> XScreens::main() const {
   const std::optional<Point> middle = active != 0 ? middleOf(server_, active) : std::nullopt;
   const QScreen* main = QGuiApplication::primaryScreen();
   for (const QScreen* screen : QGuiApplication::screens()) {
-    if (middle && nativeFrame(*screen).contains(*middle)) {
+    if (middle && ScreenSpace::nativeFrame(*screen).contains(*middle)) {
       main = screen;
       break;
     }

@@ -52,8 +52,8 @@ class RecordedTest : public testing::Test {
   Names selected() {
     AtspiFileManagerSelection selection(
         window_,
-        [](std::uint64_t) {
-          return WindowPlace{{100, 50}, "/window/1"};
+        [this](std::uint64_t) {
+          return WindowPlace{{100, 50}, title_, "/window/1"};
         },
         home_.path(),
         shown_,
@@ -65,12 +65,26 @@ class RecordedTest : public testing::Test {
     return names;
   }
 
+  /// The primary screen is at the right of one of 1000 by 500, which begins higher up.
+  AccessibleElement::Reference applicationOf(std::int64_t process) {
+    const auto fromPrimary = [](const Point& point) { return Point{point.x - 1000, point.y - 20}; };
+    return AtspiTree(window_, shown_, fromPrimary).application(process, messagingTimeout);
+  }
   AccessibleElement::Reference shownElement() {
-    return AtspiTree(window_, shown_)
-        .application(RecordedWindow::process, messagingTimeout)
-        ->focusedElement();
+    return applicationOf(RecordedWindow::process)->focusedElement();
   }
 
+  /// A second window, whose element is called as told, while none is active.
+  void openSecondBehindPalette(const std::string& name) {
+    auto second = window_->application["children"][0];
+    second["id"] = 1000;
+    second["name"] = name;
+    second["states"] = {25, 30};
+    window_->application["children"][0]["states"] = {25, 30};
+    window_->application["children"].push_back(second);
+  }
+
+  std::string title_ = "files";
   std::chrono::milliseconds searchTime_{60'000};
   FoldersInTmp foldersInTmp_;
   support::TemporaryFolder home_;
@@ -196,18 +210,34 @@ INSTANTIATE_TEST_SUITE_P(
                   [](RecordedWindow& window, const fs::path&) {
                     window.element("name", "Folder")["states"].push_back(10);
                   }},
-        DoubtCase{"two windows, neither of them active",
-                  "pcmanfm",
-                  [](RecordedWindow& window, const fs::path&) {
-                    auto second = window.application["children"][0];
-                    second["id"] = 1000;
-                    window.application["children"][0]["states"] = {25, 30};
-                    second["states"] = {25, 30};
-                    window.application["children"].push_back(second);
-                  }},
         DoubtCase{"another application", "nemo_icons", [](RecordedWindow& window, const fs::path&) {
                     window.application["name"] = "gedit";
                   }}));
+
+TEST_F(RecordedTest, WhileNoWindowIsActiveTheTitleTellsWhichIsInFront) {
+  struct TitleCase {
+    const char* second;
+    const char* title;
+    Names selected;
+  };
+  for (const TitleCase& c : {TitleCase{"other", "files", doc1},
+                             TitleCase{"other", "files — PCManFM", doc1},
+                             TitleCase{"files", "files", {}},
+                             TitleCase{"files — 2", "files — 2", {}},
+                             TitleCase{"other", "other", {}},
+                             TitleCase{"other", "files2", {}},
+                             TitleCase{"other", "", {}}}) {
+    open("pcmanfm");
+    openSecondBehindPalette(c.second);
+    title_ = c.title;
+    EXPECT_EQ(selected(), c.selected) << c.second << " / " << c.title;
+  }
+  open("pcmanfm");
+  openSecondBehindPalette("files");
+  window_->application["children"][1].erase("name");
+  title_ = "files";
+  EXPECT_THAT(selected(), IsEmpty()) << "the second may be called so as well";
+}
 
 TEST_F(RecordedTest, AFileManagerThatIsStuckIsGivenUpInTime) {
   open("dolphin");
@@ -236,7 +266,7 @@ TEST_F(RecordedTest, TheTreeKnowsWhereTheSelectedFileIs) {
   ASSERT_NE(element, nullptr);
   EXPECT_EQ(element->url(), FileNames::localAddress(home_ / "files/doc1.txt"));
   EXPECT_EQ(element->isSelected(), true);
-  EXPECT_EQ(element->position(), (Point{100 + 265, 50 + 145}));
+  EXPECT_EQ(element->position(), (Point{100 + 265 - 1000, 50 + 145 - 20}));
   EXPECT_EQ(element->size(), (Size{591, 44}));
   EXPECT_EQ(window_->extentsAsked, 1);
 }
@@ -251,16 +281,17 @@ TEST_F(RecordedTest, TheTreeKnowsNoElementOfSeveralFiles) {
 
 TEST_F(RecordedTest, ElementsOfATreeTellOfThemselves) {
   open("dolphin");
-  const auto application =
-      AtspiTree(window_, shown_).application(RecordedWindow::process, messagingTimeout);
+  window_->element("role", 23)["extents"] = {1100, 80, 700, 500};
+  const auto application = applicationOf(RecordedWindow::process);
   ASSERT_NE(application, nullptr);
   EXPECT_EQ(application->title(), "dolphin");
   const auto windows = application->children(100);
   ASSERT_EQ(windows.size(), 1U);
   EXPECT_EQ(windows[0]->title(), "files");
   EXPECT_EQ(windows[0]->url(), std::nullopt);
+  EXPECT_EQ(windows[0]->position(), (Point{100, 60}));
   EXPECT_EQ(windows[0]->children(2).size(), 2U);
-  EXPECT_EQ(AtspiTree(window_, shown_).application(1, messagingTimeout), nullptr);
+  EXPECT_EQ(applicationOf(1), nullptr);
 }
 
 TEST(AccessibilityBusTest, FailsWithoutASession) {
