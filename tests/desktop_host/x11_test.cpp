@@ -138,6 +138,14 @@ TEST_F(X11Test, FollowsTheTimeOfAnActionThatIsNotLongAgo) {
   }
 }
 
+TEST_F(X11Test, TellsTheTimeAlsoWhenOthersWriteOnItsWindow) {
+  output(
+      "for id in $(xwininfo -root -children | grep -o '^ *0x[0-9a-f]*'); do "
+      "xprop -id $id -f NOTE 32c -set NOTE 1; done");
+  const XTime time = XServer().now();
+  EXPECT_GE(server_.now(), time);
+}
+
 TEST_F(X11Test, TellsButtonsByWhatTheUserHasThemStandFor) {
   RawInput input(server_);
   std::vector<std::uint32_t> told;

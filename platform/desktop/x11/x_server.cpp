@@ -80,7 +80,9 @@ class XServer::Clock {
  public:
   Clock() : connection_(connected()) {
     window_ = xcb_generate_id(connection_.get());
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    // Window managers leave alone what is not theirs to manage.
+    constexpr std::uint32_t isUnmanaged = 1;
+    const std::array<std::uint32_t, 2> values = {isUnmanaged, XCB_EVENT_MASK_PROPERTY_CHANGE};
     xcb_create_window(connection_.get(),
                       0,
                       window_,
@@ -92,8 +94,8 @@ class XServer::Clock {
                       0,
                       XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT,
-                      XCB_CW_EVENT_MASK,
-                      &events);
+                      XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK,
+                      values.data());
     xcb_flush(connection_.get());
   }
 
@@ -109,8 +111,14 @@ class XServer::Clock {
                         nullptr);
     xcb_flush(connection_.get());
     while (XReply<xcb_generic_event_t> event{xcb_wait_for_event(connection_.get())}) {
-      if ((event->response_type & ~0x80U) == XCB_PROPERTY_NOTIFY) {
-        return XEvent{XCB_PROPERTY_NOTIFY, event.get()}.as<xcb_property_notify_event_t>().time;
+      if ((event->response_type & ~0x80U) != XCB_PROPERTY_NOTIFY) {
+        continue;
+      }
+      const auto notice =
+          XEvent{XCB_PROPERTY_NOTIFY, event.get()}.as<xcb_property_notify_event_t>();
+      // KWin notes something of its own on each new window: what it tells of that is long ago.
+      if (notice.atom == XCB_ATOM_WM_NAME) {
+        return notice.time;
       }
     }
     return XCB_CURRENT_TIME;
