@@ -2,6 +2,9 @@
 //
 // usage: desktop_driver cold ROUNDS HOST FILE    the host is started with a file
 //        desktop_driver key ROUNDS HOST          the shortcut is pressed
+//        desktop_driver selected ROUNDS HOST     the same, above the file manager in front, in
+//        which
+//                                                files are selected
 //          Print a line a round: milliseconds until a pixel of the palette is on the screen.
 //        desktop_driver rest SECONDS HOST
 //          Prints the megabytes resident and the clock ticks of processor time that the host takes
@@ -41,6 +44,12 @@ struct Disconnect {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
 };
 
+/// Of the root window.
+struct Spot {
+  std::int16_t x;
+  std::int16_t y;
+};
+
 class Screen {
  public:
   Screen() : connection_(xcb_connect(nullptr, nullptr)) {
@@ -50,8 +59,8 @@ class Screen {
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data->root;
   }
 
-  void movePointer(std::int16_t x, std::int16_t y) {
-    send(XCB_MOTION_NOTIFY, 0, x, y);
+  void movePointer(const Spot& spot) {
+    send(XCB_MOTION_NOTIFY, 0, spot.x, spot.y);
     flush();
   }
 
@@ -66,15 +75,35 @@ class Screen {
     flush();
   }
 
-  [[nodiscard]] std::uint32_t pixel(std::int16_t x, std::int16_t y) {
-    const auto request = xcb_get_image(
-        connection_.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, root_, x, y, 1, 1, ~std::uint32_t{0});
+  [[nodiscard]] std::uint32_t pixel(const Spot& spot) {
+    const auto request = xcb_get_image(connection_.get(),
+                                       XCB_IMAGE_FORMAT_Z_PIXMAP,
+                                       root_,
+                                       spot.x,
+                                       spot.y,
+                                       1,
+                                       1,
+                                       ~std::uint32_t{0});
     const std::unique_ptr<xcb_get_image_reply_t, Free> reply(
         xcb_get_image_reply(connection_.get(), request, nullptr));
     if (!reply) {
       throw std::runtime_error("The screen cannot be read.");
     }
     return *reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply.get()));
+  }
+
+  /// The corner of the window that has the focus.
+  [[nodiscard]] Spot focusCorner() {
+    const std::unique_ptr<xcb_get_input_focus_reply_t, Free> focus(xcb_get_input_focus_reply(
+        connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    const auto request =
+        xcb_translate_coordinates(connection_.get(), focus ? focus->focus : root_, root_, 0, 0);
+    const std::unique_ptr<xcb_translate_coordinates_reply_t, Free> reply(
+        xcb_translate_coordinates_reply(connection_.get(), request, nullptr));
+    if (!reply) {
+      throw std::runtime_error("No window has the focus.");
+    }
+    return {reply->dst_x, reply->dst_y};
   }
 
  private:
@@ -113,16 +142,24 @@ class Host {
   pid_t process_ = 0;
 };
 
-// The palette stands right and below the pointer.
-constexpr std::int16_t pointerX = 500;
-constexpr std::int16_t pointerY = 400;
-constexpr std::int16_t paletteX = pointerX + 40;
-constexpr std::int16_t paletteY = pointerY + 40;
+// The palette stands right and below the pointer, if not beside a file.
+constexpr Spot pointer = {500, 400};
+constexpr Spot besidePointer = {540, 440};
 
-/// @return the moment at which the palette's pixel is (not) the bare screen's.
-Clock::time_point waitFor(Screen& screen, std::uint32_t bare, bool isUp) {
+/// A pixel that the palette covers, and what is seen there without it.
+struct Mark {
+  Spot spot;
+  std::uint32_t bare;
+};
+
+Mark markAt(Screen& screen, const Spot& spot) {
+  return {spot, screen.pixel(spot)};
+}
+
+/// @return the moment at which the palette is (not) seen at the mark.
+Clock::time_point waitFor(Screen& screen, const Mark& mark, bool isUp) {
   const Clock::time_point limit = Clock::now() + 10s;
-  while ((screen.pixel(paletteX, paletteY) != bare) != isUp) {
+  while ((screen.pixel(mark.spot) != mark.bare) != isUp) {
     if (Clock::now() > limit) {
       throw std::runtime_error(isUp ? "The palette does not come." : "The palette stays.");
     }
@@ -136,14 +173,14 @@ void print(Clock::duration time) {
 }
 
 void timeColdStarts(Screen& screen, int rounds, const std::string& host, const std::string& file) {
-  const std::uint32_t bare = screen.pixel(paletteX, paletteY);
+  const Mark mark = markAt(screen, besidePointer);
   for (int round = 0; round < rounds; ++round) {
     {
       const Clock::time_point start = Clock::now();
       const Host running({host, file});
-      print(waitFor(screen, bare, true) - start);
+      print(waitFor(screen, mark, true) - start);
     }
-    waitFor(screen, bare, false);
+    waitFor(screen, mark, false);
   }
 }
 
@@ -152,31 +189,56 @@ constexpr std::uint8_t alt = 64;
 constexpr std::uint8_t letterC = 54;
 constexpr std::uint8_t escape = 9;
 
-void dismiss(Screen& screen, std::uint32_t bare) {
+void dismiss(Screen& screen, const Mark& mark) {
   std::this_thread::sleep_for(300ms);  // the palette has the focus and has faded in
   screen.press({escape});
-  waitFor(screen, bare, false);
+  waitFor(screen, mark, false);
   std::this_thread::sleep_for(200ms);
 }
 
 /// Until the host has its shortcut.
-void awaitShortcut(Screen& screen, std::uint32_t bare) {
+void awaitShortcut(Screen& screen, const Mark& mark) {
   std::this_thread::sleep_for(1s);
   screen.press({control, alt, letterC});
-  waitFor(screen, bare, true);
-  dismiss(screen, bare);
+  waitFor(screen, mark, true);
+  dismiss(screen, mark);
 }
 
-void timeShortcut(Screen& screen, int rounds, const std::string& host) {
-  const std::uint32_t bare = screen.pixel(paletteX, paletteY);
-  const Host running({host});
-  awaitShortcut(screen, bare);
+void timePresses(Screen& screen, int rounds, const Mark& mark) {
   for (int round = 0; round < rounds; ++round) {
     const Clock::time_point start = Clock::now();
     screen.press({control, alt, letterC});
-    print(waitFor(screen, bare, true) - start);
-    dismiss(screen, bare);
+    print(waitFor(screen, mark, true) - start);
+    dismiss(screen, mark);
   }
+}
+
+void timeShortcut(Screen& screen, int rounds, const std::string& host) {
+  const Mark mark = markAt(screen, besidePointer);
+  const Host running({host});
+  awaitShortcut(screen, mark);
+  timePresses(screen, rounds, mark);
+}
+
+Spot movedBy(const Spot& spot, int x, int y) {
+  return {static_cast<std::int16_t>(spot.x + x), static_cast<std::int16_t>(spot.y + y)};
+}
+
+void timeSelection(Screen& screen, int rounds, const std::string& host) {
+  const Host running({host});
+  std::this_thread::sleep_for(1s);
+  screen.press({control, alt, letterC});
+  std::this_thread::sleep_for(2s);
+  const Spot corner = screen.focusCorner();
+  const Spot rightWedge = movedBy(corner, 400, 230);  // only a palette with files is that wide
+  const std::uint32_t seen = screen.pixel(rightWedge);
+  screen.press({escape});
+  std::this_thread::sleep_for(1s);
+  if (screen.pixel(rightWedge) == seen) {
+    throw std::runtime_error("The palette found no selected files.");
+  }
+  const Spot leftWedge = movedBy(corner, 60, 230);
+  timePresses(screen, rounds, markAt(screen, leftWedge));
 }
 
 std::vector<std::string> fieldsOf(const std::string& file) {
@@ -196,9 +258,9 @@ double residentMegabytes(pid_t process) {
 }
 
 void measureRest(Screen& screen, int seconds, const std::string& host) {
-  const std::uint32_t bare = screen.pixel(paletteX, paletteY);
+  const Mark mark = markAt(screen, besidePointer);
   const Host running({host});
-  awaitShortcut(screen, bare);
+  awaitShortcut(screen, mark);
   std::this_thread::sleep_for(2s);
   const long before = ticksOf(running.process());
   std::this_thread::sleep_for(std::chrono::seconds(seconds));
@@ -214,11 +276,13 @@ int main(int count, char** words) {
     const std::string& what = arguments.at(0);
     const int number = std::stoi(arguments.at(1));
     Screen screen;
-    screen.movePointer(pointerX, pointerY);
+    screen.movePointer(pointer);
     if (what == "cold") {
       timeColdStarts(screen, number, arguments.at(2), arguments.at(3));
     } else if (what == "key") {
       timeShortcut(screen, number, arguments.at(2));
+    } else if (what == "selected") {
+      timeSelection(screen, number, arguments.at(2));
     } else if (what == "rest") {
       measureRest(screen, number, arguments.at(2));
     } else {
