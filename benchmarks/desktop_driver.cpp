@@ -19,6 +19,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <spawn.h>
 #include <stdexcept>
 #include <string>
@@ -224,9 +225,9 @@ Spot movedBy(const Spot& spot, int x, int y) {
   return {static_cast<std::int16_t>(spot.x + x), static_cast<std::int16_t>(spot.y + y)};
 }
 
-void timeSelection(Screen& screen, int rounds, const std::string& host) {
-  const Host running({host});
-  std::this_thread::sleep_for(1s);
+/// Opens the palette once, to see where it stands.
+/// @return its corner; nullopt when it found no selected files.
+std::optional<Spot> cornerWithFiles(Screen& screen) {
   screen.press({control, alt, letterC});
   std::this_thread::sleep_for(2s);
   const Spot corner = screen.focusCorner();
@@ -234,10 +235,21 @@ void timeSelection(Screen& screen, int rounds, const std::string& host) {
   const std::uint32_t seen = screen.pixel(rightWedge);
   screen.press({escape});
   std::this_thread::sleep_for(1s);
-  if (screen.pixel(rightWedge) == seen) {
-    throw std::runtime_error("The palette found no selected files.");
+  return screen.pixel(rightWedge) != seen ? std::optional(corner) : std::nullopt;
+}
+
+void timeSelection(Screen& screen, int rounds, const std::string& host) {
+  const Host running({host});
+  std::this_thread::sleep_for(1s);
+  std::optional<Spot> corner;
+  constexpr int attempts = 5;  // a file manager may take its time to be accessible
+  for (int attempt = 0; attempt < attempts && !corner; ++attempt) {
+    corner = cornerWithFiles(screen);
   }
-  const Spot leftWedge = movedBy(corner, 60, 230);
+  if (!corner) {
+    throw std::runtime_error("The palette finds no selected files.");
+  }
+  const Spot leftWedge = movedBy(*corner, 60, 230);
   timePresses(screen, rounds, markAt(screen, leftWedge));
 }
 
