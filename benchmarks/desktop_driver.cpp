@@ -10,6 +10,7 @@
 //          Prints the megabytes resident and the clock ticks of processor time that the host takes
 //          at rest, after the palette was up once.
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -70,9 +71,8 @@ class Screen {
     for (const std::uint8_t key : keys) {
       send(XCB_KEY_PRESS, key, 0, 0);
     }
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
-      send(XCB_KEY_RELEASE, *key, 0, 0);
-    }
+    std::for_each(
+        keys.rbegin(), keys.rend(), [this](std::uint8_t key) { send(XCB_KEY_RELEASE, key, 0, 0); });
     flush();
   }
 

@@ -14,14 +14,18 @@
 namespace {
 
 namespace fs = std::filesystem;
-using namespace tolvane;
-using support::RecordedWindow;
+using tolvane::AtspiFileManagerSelection;
+using tolvane::fileManagerBundle;
+using tolvane::ShownFile;
+using tolvane::WindowPlace;
+using tolvane::support::RecordedWindow;
+using tolvane::support::TemporaryFolder;
 
 /// A file manager that answers at once: what is left is the search, and the looking up of recorded
 /// answers.
 void findSelection(benchmark::State& state, const std::string& tree) {
   ::setenv("TMPDIR", "/tmp", 1);  // NOLINT(concurrency-mt-unsafe): the recorded folder
-  const support::TemporaryFolder home;
+  const TemporaryFolder home;
   fs::create_directories(home / "files/Folder");
   for (const char* file : {"files/doc1.txt", "files/doc2.txt", "a1.txt"}) {
     home.write(file, "x");
