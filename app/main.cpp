@@ -72,6 +72,7 @@ int run(const std::vector<std::string>& words,
     tolvane::DesktopBusName::handOver(request);
     return EXIT_SUCCESS;
   }
+  const std::jthread font = lookForFont();
   delegate.applicationDidFinishLaunching();
   signals.listen([&delegate] { delegate.applicationShouldTerminate(); });
   if (!words.empty()) {
@@ -92,7 +93,6 @@ int main(int count, char** words) {
     QApplication application(count, words);
     QApplication::setApplicationName("tolvane");
     QGuiApplication::setDesktopFileName("app.tolvane");
-    const std::jthread fonts = lookForFont();
     // Qt has taken its own options out of the words; what it makes of the others is text, which not
     // every name is.
     return run({words + 1, words + count}, signals, activation);

@@ -2,9 +2,7 @@
 //
 // usage: desktop_driver cold ROUNDS HOST FILE    the host is started with a file
 //        desktop_driver key ROUNDS HOST          the shortcut is pressed
-//        desktop_driver selected ROUNDS HOST     the same, above the file manager in front, in
-//        which
-//                                                files are selected
+//        desktop_driver selected ROUNDS HOST     the same, with files selected in front
 //          Print a line a round: milliseconds until a pixel of the palette is on the screen.
 //        desktop_driver rest SECONDS HOST
 //          Prints the megabytes resident and the clock ticks of processor time that the host takes

@@ -20,7 +20,9 @@ function(compiled_qml sources_variable prefix)
               -o ${folder}/${base}.cpp ${source})
     list(APPEND sources ${folder}/${base}.cpp)
     list(APPEND paths ${prefix}/${base})
-    string(APPEND entries "<file alias=\"${base}\">${source}</file>")
+    string(REPLACE "&" "&amp;" entry "${source}")
+    string(REPLACE "<" "&lt;" entry "${entry}")
+    string(APPEND entries "<file alias=\"${base}\">${entry}</file>")
   endforeach()
   set(resources ${folder}/${name}.qrc)
   file(CONFIGURE OUTPUT ${resources}
@@ -29,6 +31,7 @@ function(compiled_qml sources_variable prefix)
   # The compiler knows by the end of its name that this file is to hold the table of the others.
   set(table ${folder}/${name}_qmlcache_loader.cpp)
   add_custom_command(OUTPUT ${table} DEPENDS ${resources} VERBATIM
-    COMMAND Qt6::qmlcachegen --resource-name qmlcache_${name} --resource ${resources} -o ${table} ${paths})
+    COMMAND Qt6::qmlcachegen --resource-name qmlcache_${name} --resource ${resources}
+            -o ${table} ${paths})
   set(${sources_variable} ${sources} ${table} PARENT_SCOPE)
 endfunction()

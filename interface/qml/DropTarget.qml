@@ -10,6 +10,8 @@ Item {
     signal openSettings()
     signal close()
 
+    Keys.onReturnPressed: chooseFiles()
+
     Row {
         anchors { right: parent.right; top: parent.top; margins: 12 }
         spacing: 6
@@ -50,7 +52,6 @@ Item {
         theme: target.theme
         text: "Choose Files…"
         isDefault: true
-        focus: true
         onClicked: target.chooseFiles()
     }
 }

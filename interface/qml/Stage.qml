@@ -9,5 +9,12 @@ Loader {
     active: false
     visible: shown
     focus: shown
-    onShownChanged: if (shown) active = true
+    onShownChanged: {
+        if (!shown)
+            return
+        active = true
+        // Not of the button that had the keyboard when the page was shown before.
+        if (item !== null)
+            item.focus = true
+    }
 }

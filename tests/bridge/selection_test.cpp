@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <poll.h>
 #include <sys/inotify.h>
@@ -28,10 +29,10 @@ class SelectionTest : public support::BridgeFixture {
 
   /// Takes files in and waits until `count` events have come.
   void select(const std::vector<std::string>& names, std::size_t count = 2) {
-    std::vector<std::filesystem::path> files;
-    for (const std::string& name : names) {
-      files.push_back(folder_ / name);
-    }
+    std::vector<std::filesystem::path> files(names.size());
+    std::transform(names.begin(), names.end(), files.begin(), [this](const std::string& name) {
+      return folder_ / name;
+    });
     bridge_->select(files);
     runUntil([this, count] { return events_.size() >= count; });
   }

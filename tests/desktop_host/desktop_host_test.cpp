@@ -10,7 +10,6 @@
 namespace tolvane {
 namespace {
 
-using support::activeWindow;
 using support::eventually;
 using support::eventuallyActive;
 using support::Host;
@@ -76,6 +75,22 @@ TEST_F(DesktopHostTest, APressInAGapOfTheWheelReachesTheWindowBelow) {
   xdotool("mousemove 1101 701 mousemove 1100 700 click 1");  // the wheel's middle is empty
   EXPECT_TRUE(eventuallyActive("other"));
   EXPECT_TRUE(eventually([] { return !isPaletteVisible(); }));
+}
+
+TEST_F(DesktopHostTest, APageShownAgainHasTheKeyboardAndNotTheButtonUsedLast) {
+  const auto open = [this] {
+    ASSERT_EQ(output(std::string(TOLVANE_PROGRAM) + " open '" + spreadsheet_ + "'"), "");
+    ASSERT_TRUE(eventually(isWheel));
+    ASSERT_TRUE(eventuallyActive("tolvane"));
+  };
+  open();
+  xdotool("key Tab key Tab key Return");  // "All actions"
+  ASSERT_TRUE(eventually([] { return !isWheel(); }));
+  const std::string actions = paletteSize();
+  open();
+  xdotool("key Right key Return");  // the first conversion
+  ASSERT_TRUE(eventually([] { return !isWheel(); }));
+  EXPECT_NE(paletteSize(), actions) << "this is the page of one conversion";
 }
 
 TEST_F(DesktopHostTest, TakesPastedFiles) {

@@ -97,8 +97,8 @@ void SessionTest::SetUp() {
 
 Host::Host() : Program({TOLVANE_DESKTOP}) {
   // Written when the shortcut is registered.
-  const std::string settings =
-      std::string(std::getenv("XDG_CONFIG_HOME")) + "/tolvane/settings.json";
+  const char* const home = std::getenv("XDG_CONFIG_HOME");  // NOLINT(concurrency-mt-unsafe)
+  const std::string settings = std::string(home) + "/tolvane/settings.json";
   EXPECT_TRUE(eventually([&settings] { return ::access(settings.c_str(), F_OK) == 0; }));
 }
 

@@ -65,7 +65,7 @@ class AutostartTest : public testing::Test {
   AutostartTest() { makeProgram("tolvane-desktop"); }
 
   std::filesystem::path makeProgram(const std::string& name) const {
-    const auto program = folder_.write(name, "#!/bin/sh\n");
+    auto program = folder_.write(name, "#!/bin/sh\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     return program;
   }

@@ -22,7 +22,7 @@ class BridgeFixture : public ::testing::Test {
  protected:
   BridgeFixture() {
     client_.onEvent([this](const Value::Map& event) {
-      events_.push_back(event);
+      events_.emplace_back(event);
       loop_.quit();
     });
   }

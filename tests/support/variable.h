@@ -6,11 +6,13 @@
 
 namespace tolvane::support {
 
-/// Sets a variable of the environment; the old value is back afterwards.
+/// Sets a variable of the environment; the old value is back afterwards. For tests in which no
+/// other thread runs by then.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
-    if (const char* old = std::getenv(name); old != nullptr) {
+    if (const char* old = std::getenv(name);  // NOLINT(concurrency-mt-unsafe)
+        old != nullptr) {
       old_ = old;
     }
     set(value);
@@ -20,9 +22,9 @@ class Variable {
   Variable& operator=(const Variable&) = delete;
   void set(const char* value) const {
     if (value != nullptr) {
-      ::setenv(name_, value, 1);
+      ::setenv(name_, value, 1);  // NOLINT(concurrency-mt-unsafe)
     } else {
-      ::unsetenv(name_);
+      ::unsetenv(name_);  // NOLINT(concurrency-mt-unsafe)
     }
   }
 
