@@ -113,7 +113,7 @@ class OpeningWatch {
   Descriptor notices_;
 };
 
-/// A hundred files that take seconds to inspect.
+/// A hundred files that take long enough to inspect for something to happen meanwhile.
 class LongInspectionTest : public SelectionTest {
  protected:
   void selectMany() {
