@@ -10,7 +10,9 @@ set(SANITIZE "" CACHE STRING "Sanitizers, separated by commas")
 
 find_program(CCACHE ccache)
 if(CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+  # Paths count from the checkout, so that a second checkout finds what the first one compiled.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env
+    CCACHE_BASEDIR=${PROJECT_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE})
 endif()
 
 add_library(build_warnings INTERFACE)
