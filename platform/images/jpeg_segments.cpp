@@ -48,7 +48,8 @@ std::optional<JpegSegment> JpegSegments::next() {
   if (inScan_) {
     skipScanData();
   }
-  while (position_ + 1 < stream_.size() && stream_[position_] == prefix &&
+  // Fill bytes may stand before any marker but the first, by which a JPEG file is known.
+  while (position_ > 0 && position_ + 1 < stream_.size() && stream_[position_] == prefix &&
          stream_[position_ + 1] == prefix) {
     ++position_;
   }

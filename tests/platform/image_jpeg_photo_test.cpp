@@ -72,6 +72,7 @@ TEST(JpegPhotoRefusalTest, GivesNothing) {
       {"empty", ""s},
       {"text", "a text"s},
       {"start only", "\xFF\xD8"s},
+      {"filled before its start", "\xFF"s + jpeg()},
       {"no end", jpeg().substr(0, jpeg().size() - 2)},
       {"cut in the scan", jpeg().substr(0, jpeg().size() - 20)},
       {"cut in the tables", jpeg().substr(0, 40)},
