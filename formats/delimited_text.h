@@ -16,7 +16,9 @@ namespace tolvane::UniversalFormats {
 /// than 999,999 bytes, and for a quoted cell that is not closed.
 [[nodiscard]] Table csv(std::string_view text, char delimiter);
 
-/// Writes rows that csv() reads. Every row ends with CR LF; no rows give one line end.
+/// Writes rows that csv() reads, but for characters that combine with the quote or delimiter beside
+/// them: these stand where other programs expect them. Every row ends with CR LF; no rows give one
+/// line end.
 /// @param separator ',' or '\t'.
 [[nodiscard]] std::string delimited(const Table& rows, char separator);
 
