@@ -3,6 +3,8 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported()  # or programs would be linked as the compiler's makers saw fit
 
 option(WARNINGS_AS_ERRORS "Stop at the first warning" OFF)
 option(COVERAGE "Count which lines run" OFF)
@@ -26,6 +28,19 @@ if(SANITIZE)
   target_compile_options(build_options INTERFACE -fsanitize=${SANITIZE} -fno-omit-frame-pointer)
   target_link_options(build_options INTERFACE -fsanitize=${SANITIZE})
 endif()
+# What makes an attacker's work harder; tools/check_hardening looks for it in what was built. The
+# sanitizers see more than these, and want the plain functions that a fortified build replaces.
+add_library(build_hardening INTERFACE)
+if(NOT SANITIZE)
+  target_compile_options(build_hardening INTERFACE
+    -fstack-protector-strong -fstack-clash-protection -fno-plt
+    $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:-fcf-protection=full>)
+  target_compile_definitions(build_hardening INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)  # without optimisation it does nothing but warn
+  target_link_options(build_hardening INTERFACE
+    -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
+endif()
+target_link_libraries(build_options INTERFACE build_hardening)
 if(COVERAGE)
   target_compile_options(build_options INTERFACE --coverage)
   target_link_options(build_options INTERFACE --coverage)
