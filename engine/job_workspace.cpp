@@ -1,14 +1,14 @@
 #include "engine/job_workspace.h"
 
 #include <algorithm>
-#include <chrono>
 #include <mutex>
 #include <set>
+#include <string>
 #include <string_view>
 #include <system_error>
 
+#include "engine/primitives/conversion_failure.h"
 #include "platform/files/file_system.h"
-#include "platform/files/tree_removal.h"
 
 namespace tolvane {
 
@@ -17,6 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view prefix = ".tolvane-";
+
 bool isWorkspaceName(std::string_view name) {
   constexpr std::size_t uuidLength = 36;
   const auto isUuidLetter = [](char letter) {
@@ -27,29 +28,33 @@ bool isWorkspaceName(std::string_view name) {
 }
 
 /// A workspace is made a moment before it is locked; this long it is left alone.
-bool isSettled(const fs::path& workspace) {
-  std::error_code ignored;
-  const auto age = fs::file_time_type::clock::now() - fs::last_write_time(workspace, ignored);
-  return !ignored && age > std::chrono::minutes(1);
+constexpr double settled = 60;  // seconds
+
+/// Whoever may write to the destination can put a folder of such a name there: only those of this
+/// user that nobody else could enter are taken for workspaces.
+void removeIfAbandoned(const fs::path& path) {
+  const auto workspace = HeldFolder::openPrivate(path);
+  if (workspace && workspace->age() > settled && workspace->tryLock()) {
+    workspace->removeQuietly();
+  }
 }
 
-void removeAbandonedWorkspaces(const fs::path& destination) {
+HeldFolder made(const fs::path& workspace) {
   std::error_code ignored;
-  for (fs::directory_iterator entry(destination, ignored), end; !ignored && entry != end;
+  for (fs::directory_iterator entry(workspace.parent_path(), ignored), end;
+       !ignored && entry != end;
        entry.increment(ignored)) {
-    const fs::path workspace = entry->path();
-    if (isWorkspaceName(workspace.filename().string()) && isSettled(workspace)) {
-      if (const auto lock = DirectoryLock::tryLock(workspace)) {
-        removeTreeQuietly(workspace);
-      }
+    if (isWorkspaceName(entry->path().filename().string())) {
+      removeIfAbandoned(entry->path());
     }
   }
+  return HeldFolder::make(workspace);
 }
 
 /// The workspaces of this process.
 struct LivingWorkspaces {
   std::mutex lock;
-  std::set<fs::path> paths;
+  std::set<const HeldFolder*> folders;
 };
 
 LivingWorkspaces& living() {
@@ -60,27 +65,36 @@ LivingWorkspaces& living() {
 }  // namespace
 
 JobWorkspace::JobWorkspace(const fs::path& destination)
-    : path_(destination / (std::string(prefix) + FileSystem::newUuid())) {
-  removeAbandonedWorkspaces(destination);
-  FileSystem::createDirectory(path_, FileSystem::ownerOnly);
-  lock_ = DirectoryLock::tryLock(path_);
+    : path_(destination / (std::string(prefix) + FileSystem::newUuid())), folder_(made(path_)) {
+  // Where there are no locks, nobody gets one, and nobody takes the folder for abandoned.
+  (void)folder_.tryLock();
   const std::lock_guard guard(living().lock);
-  living().paths.insert(path_);
+  living().folders.insert(&folder_);
 }
 
 JobWorkspace::~JobWorkspace() {
-  removeTreeQuietly(path_);
-  if (lock_) {
-    removeTreeQuietly(lock_->folder());  // moved meanwhile, with the destination
-  }
+  folder_.removeQuietly();
   const std::lock_guard guard(living().lock);
-  living().paths.erase(path_);
+  living().folders.erase(&folder_);
+}
+
+void JobWorkspace::requireInPlace() const {
+  if (!folder_.isInPlace()) {
+    throw ConversionFailure::message(
+        "The working folder of this job was moved or replaced while it ran. Nothing was saved. "
+        "Choose an output folder that only you can change.");
+  }
+}
+
+fs::path JobWorkspace::lasting(const fs::path& inside) const {
+  requireInPlace();
+  return lastingPath() / inside.lexically_relative(path_);
 }
 
 void JobWorkspace::removeAll() {
   const std::lock_guard guard(living().lock);
-  for (const fs::path& path : living().paths) {
-    removeTreeQuietly(path);
+  for (const HeldFolder* folder : living().folders) {
+    folder->removeQuietly();
   }
 }
 

@@ -1,9 +1,8 @@
 #pragma once
 
 #include <filesystem>
-#include <optional>
 
-#include "platform/files/directory_lock.h"
+#include "platform/files/held_folder.h"
 
 namespace tolvane {
 
@@ -11,9 +10,9 @@ namespace tolvane {
 /// job writes until it is placed. It stands on the destination's volume, so results are placed by
 /// hard links.
 ///
-/// The folder goes with this object. A process that is killed leaves it behind; every workspace is
-/// locked by its process, and the next job in the same folder removes the workspaces whose lock is
-/// free.
+/// The folder goes with this object, wherever it was moved to; what took its place stays. A process
+/// that is killed leaves it behind; every workspace is locked by its process, and the next job of
+/// the same user in the same folder removes the workspaces whose lock is free.
 class JobWorkspace {
  public:
   /// @throws PlatformError when the folder cannot be created.
@@ -22,7 +21,17 @@ class JobWorkspace {
   JobWorkspace(const JobWorkspace&) = delete;
   JobWorkspace& operator=(const JobWorkspace&) = delete;
 
+  /// Where programs find it.
   [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  /// Where this process finds it, whatever has its name meanwhile.
+  [[nodiscard]] std::filesystem::path lastingPath() const { return folder_.lastingPath(); }
+
+  /// @param inside a path in path(). @return the same file, where this process finds it.
+  /// @throws ConversionFailure as requireInPlace
+  [[nodiscard]] std::filesystem::path lasting(const std::filesystem::path& inside) const;
+
+  /// @throws ConversionFailure when somebody has moved or replaced the workspace.
+  void requireInPlace() const;
 
   /// Removes the workspaces of every job that still runs, for a process that is about to end
   /// without waiting for them. Any thread.
@@ -30,7 +39,7 @@ class JobWorkspace {
 
  private:
   std::filesystem::path path_;
-  std::optional<DirectoryLock> lock_;  // absent where the file system has no locks
+  HeldFolder folder_;
 };
 
 }  // namespace tolvane

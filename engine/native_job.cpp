@@ -126,12 +126,13 @@ std::vector<fs::path> runNativeJob(const ConversionEngine& engine, const Job& jo
                       JobOptions::read(job.options),
                       job.token,
                       WorkCounter(job.progress),
-                      StagedOutputs(workspace.path(), job.token)};
+                      StagedOutputs(workspace.lastingPath(), job.token)};
   if (inputKind(action) == FileKind::pdf) {
     runPdfAction(native);
   } else {
     runImageAction(native);
   }
+  workspace.requireInPlace();
   return placeAll(native.staged.outputs(), folder, sources, job.token);
 }
 

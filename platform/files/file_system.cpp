@@ -12,6 +12,7 @@
 
 #include "platform/files/descriptor.h"
 #include "platform/files/platform_error.h"
+#include "platform/files/tree_removal.h"
 
 namespace tolvane::FileSystem {
 
@@ -201,8 +202,9 @@ void copy(const fs::path& from, const fs::path& to) {
 }
 
 void removeQuietly(const fs::path& path) noexcept {
-  std::error_code ignored;
-  fs::remove_all(path, ignored);
+  if (::unlink(path.c_str()) != 0) {
+    removeTreeQuietly(path);
+  }
 }
 
 LinkOutcome hardLink(const fs::path& existing, const fs::path& name) noexcept {

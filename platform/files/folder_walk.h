@@ -7,7 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "platform/files/descriptor.h"
+
 namespace tolvane {
+
+/// Finds a folder below `root` as OpenFolder::openBelow does, also one that is closed to its owner.
+/// @return the folder as a place only (O_PATH); none, and errno, when it cannot be reached.
+[[nodiscard]] Descriptor folderBelow(int root, const std::string& path);
 
 /// An open folder, whose entries are read one by one. One thread at a time.
 class OpenFolder {
@@ -20,6 +26,10 @@ class OpenFolder {
   /// @param parent an open folder, or AT_FDCWD. A link at the end of the path is not followed.
   /// @return nullopt, and errno, when it cannot be opened.
   [[nodiscard]] static std::optional<OpenFolder> open(int parent, const char* path);
+  /// Follows no link on the way either, and enters no mount: what it opens lies below `root`
+  /// whatever is renamed meanwhile.
+  /// @param path relative, without "..", of any length; "." for the root itself.
+  [[nodiscard]] static std::optional<OpenFolder> openBelow(int root, const std::string& path);
 
   [[nodiscard]] int descriptor() const { return ::dirfd(stream_.get()); }
   /// @return nullopt after the last one. "." and ".." are left out.
@@ -31,6 +41,8 @@ class OpenFolder {
   };
 
   explicit OpenFolder(DIR* stream) : stream_(stream) {}
+
+  static std::optional<OpenFolder> of(int descriptor);
 
   std::unique_ptr<DIR, Close> stream_;
 };

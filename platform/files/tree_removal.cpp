@@ -1,55 +1,79 @@
 #include "platform/files/tree_removal.h"
 
 #include <atomic>
-#include <cerrno>
 #include <cstddef>
 #include <exception>
 #include <fcntl.h>
 #include <future>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
+#include "platform/files/descriptor.h"
+#include "platform/files/file_identity.h"
 #include "platform/files/folder_walk.h"
 
 namespace tolvane {
 
 namespace {
 
-using Paths = std::vector<std::string>;  // of folders, from the root
+struct Folder {
+  std::string path;  // from the root
+  FileIdentity identity;
+};
+using Folders = std::vector<Folder>;
 
 constexpr std::size_t worthAThread = 16;  // folders
 
-/// Engines leave folders as archives want them: closed even to their owner.
-std::optional<OpenFolder> unlocked(int parent, const char* path) {
-  auto folder = OpenFolder::open(parent, path);
-  if (folder) {
-    ::fchmod(folder->descriptor(), S_IRWXU);
-  } else if (errno == EACCES && ::fchmodat(parent, path, S_IRWXU, 0) == 0) {
-    folder = OpenFolder::open(parent, path);
-  }
-  return folder;
+/// @return absent for a folder of another user, whose content is not ours to remove.
+std::optional<FileIdentity> identityIfOwn(int folder) {
+  struct stat status = {};
+  return ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid()
+             ? std::optional(FileIdentity(status))
+             : std::nullopt;
 }
 
-Paths foldersBelow(int root) {
-  Paths folders;
+/// Engines leave folders as archives want them: closed even to their owner.
+void unlock(const Descriptor& place) {
+  // A place has no permissions of its own to change: the kernel's name of it leads to the folder.
+  ::chmod(("/proc/self/fd/" + std::to_string(place.number())).c_str(), S_IRWXU);
+}
+
+Folders foldersBelow(int root) {
+  Folders folders;
   FolderWalk walk(root);
-  while (const auto path = walk.next()) {
-    folders.push_back(*path);
-    auto folder = unlocked(root, path->c_str());
+  while (auto path = walk.next()) {
+    const Descriptor place = folderBelow(root, *path);
+    const auto identity = place.isOpen() ? identityIfOwn(place.number()) : std::nullopt;
+    if (!identity) {
+      continue;
+    }
+    unlock(place);
+    auto folder = OpenFolder::open(place.number(), ".");
     while (const auto entry = folder ? folder->next() : std::nullopt) {
       if (entry->isFolder) {
         walk.add(*path, entry->name);
       }
     }
+    folders.push_back({std::move(*path), *identity});
   }
   return folders;
 }
 
-void removeFiles(int root, const std::string& path) {
-  auto folder = OpenFolder::open(root, path.c_str());
+/// The folder that was walked through, not another that has its name now.
+std::optional<OpenFolder> reopened(int root, const Folder& folder) {
+  auto opened = OpenFolder::openBelow(root, folder.path);
+  if (opened && identityIfOwn(opened->descriptor()) != folder.identity) {
+    opened.reset();
+  }
+  return opened;
+}
+
+void removeFiles(int root, const Folder& walked) {
+  auto folder = reopened(root, walked);
   while (const auto entry = folder ? folder->next() : std::nullopt) {
     if (!entry->isFolder) {
       ::unlinkat(folder->descriptor(), entry->name, 0);
@@ -57,7 +81,7 @@ void removeFiles(int root, const std::string& path) {
   }
 }
 
-void removeFilesOf(int root, const Paths& folders) {
+void removeFilesOf(int root, const Folders& folders) {
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
     for (std::size_t index = next++; index < folders.size(); index = next++) {
@@ -71,28 +95,48 @@ void removeFilesOf(int root, const Paths& folders) {
   work();
 }
 
-void removeTree(const std::filesystem::path& path) {
-  const auto root = unlocked(AT_FDCWD, path.c_str());
-  if (!root) {
-    return;
+/// Only an empty one goes, from a folder of our own.
+void removeFolder(int root, const Folder& folder) {
+  const std::size_t slash = folder.path.rfind('/');
+  const Descriptor parent = folderBelow(root, folder.path.substr(0, slash));
+  const char* name = folder.path.c_str() + slash + 1;
+  if (parent.isOpen() && identityIfOwn(parent.number()) &&
+      FileIdentity::of(parent.number(), name) == folder.identity) {
+    ::unlinkat(parent.number(), name, AT_REMOVEDIR);
   }
-  const Paths folders = foldersBelow(root->descriptor());
-  removeFilesOf(root->descriptor(), folders);
+}
+
+void emptyFolder(int root) {
+  const Folders folders = foldersBelow(root);
+  removeFilesOf(root, folders);
   // Each folder stands before those in it; the root itself is the first.
   for (std::size_t index = folders.size(); index > 1; --index) {
-    ::unlinkat(root->descriptor(), folders[index - 1].c_str(), AT_REMOVEDIR);
+    removeFolder(root, folders[index - 1]);
   }
 }
 
 }  // namespace
 
-void removeTreeQuietly(const std::filesystem::path& root) noexcept {
+void emptyFolderQuietly(int folder) noexcept {
   try {
-    removeTree(root);
-  } catch (const std::exception&) {  // no memory or no thread: the slow way may do
+    emptyFolder(folder);
+  } catch (const std::exception&) {
+    // No memory or no thread: the rest stays.
   }
-  std::error_code ignored;
-  std::filesystem::remove_all(root, ignored);
+}
+
+bool removeEmptyFolder(int parent, const char* name, int folder) noexcept {
+  const auto identity = FileIdentity::of(folder);
+  return identity && FileIdentity::of(parent, name) == identity &&
+         ::unlinkat(parent, name, AT_REMOVEDIR) == 0;
+}
+
+void removeTreeQuietly(const std::filesystem::path& root) noexcept {
+  const Descriptor folder(::open(root.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+  if (folder.isOpen()) {
+    emptyFolderQuietly(folder.number());
+    removeEmptyFolder(AT_FDCWD, root.c_str(), folder.number());
+  }
 }
 
 }  // namespace tolvane

@@ -177,6 +177,7 @@ TEST(JobWorkspaceTest, RemovesOnlyAbandonedWorkspaces) {
   const fs::path other = folder / ".tolvane-notes";
   for (const fs::path& path : {abandoned, fresh, other}) {
     fs::create_directory(path);
+    fs::permissions(path, fs::perms::owner_all);
     std::error_code ignored;
     fs::copy_file("/proc/self/comm", path / "content", ignored);
   }

@@ -1,10 +1,13 @@
 #include "platform/files/file_system.h"
 
+#include <fcntl.h>
 #include <filesystem>
 #include <functional>
 #include <regex>
 #include <set>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,6 +25,7 @@ using support::contentOf;
 using support::TemporaryFolder;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::IsEmpty;
 
 TEST(Resolved, FollowsLinksAndRemovesDots) {
   const TemporaryFolder folder;
@@ -151,6 +155,22 @@ TEST(RemoveTreeQuietly, RemovesLargeTreesAndLinksNotWhatTheyLeadTo) {
   }
   EXPECT_THAT(folder.names(), ElementsAre("kept"));
   EXPECT_EQ(contentOf(kept), "x");
+}
+
+TEST(RemoveTreeQuietly, RemovesTreesDeeperThanAPathMayBe) {
+  const TemporaryFolder folder;
+  fs::create_directory(folder / "deep");
+  const std::string name(200, 'n');
+  int parent = ::open((folder / "deep").c_str(), O_PATH | O_DIRECTORY);
+  for (int depth = 0; depth < 100; ++depth) {
+    ASSERT_EQ(::mkdirat(parent, name.c_str(), 0700), 0);
+    const int inner = ::openat(parent, name.c_str(), O_PATH | O_DIRECTORY);
+    ::close(std::exchange(parent, inner));
+  }
+  ::close(::openat(parent, "file", O_CREAT | O_WRONLY, 0600));
+  ::close(parent);
+  removeTreeQuietly(folder / "deep");
+  EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST(NewUuid, IsRandomOfVersionFour) {

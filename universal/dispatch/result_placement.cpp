@@ -39,6 +39,7 @@ std::string nameOf(const fs::path& result, const fs::path& firstInput) {
 
 std::vector<fs::path> placeResults(const std::vector<fs::path>& results,
                                    const fs::path& destination,
+                                   const Lasting& lasting,
                                    const std::vector<FileInfo>& inputs,
                                    const JobContext& context) {
   std::vector<fs::path> sources;
@@ -54,12 +55,13 @@ std::vector<fs::path> placeResults(const std::vector<fs::path>& results,
   std::uintmax_t total = 0;
   for (const fs::path& result : results) {
     context.token.check();
-    total += requireContent(result);
+    const fs::path staged = lasting(result);
+    total += requireContent(staged);
     if (total > Limits::maxOutputBytes) {
       throw ConversionFailure::message("The output exceeds the 1 GB safety limit.");
     }
     verify(result, context);
-    placement.place({result, nameOf(result, sources.front())});
+    placement.place({staged, nameOf(result, sources.front())});
   }
   return placement.finish();
 }

@@ -149,7 +149,13 @@ std::vector<fs::path> run(const ConversionEngine& base,
   const JobWorkspace workspace(destination);
   const JobContext context = {base, toolchain, job.token, workspace.path()};
   try {
-    return placeResults(produce(offer, files, job, context), destination, files, context);
+    const auto results = produce(offer, files, job, context);
+    return placeResults(
+        results,
+        destination,
+        [&](const fs::path& result) { return workspace.lasting(result); },
+        files,
+        context);
   } catch (const PlatformError& error) {
     throw PlatformError(withoutFolder(error.what(), workspace.path()));
   }

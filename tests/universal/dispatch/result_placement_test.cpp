@@ -17,7 +17,8 @@ using ::testing::IsEmpty;
 class ResultPlacementTest : public support::UniversalFixture {
  protected:
   std::vector<fs::path> place(const std::vector<fs::path>& results) {
-    return UniversalEngine::placeResults(results, results_.path(), inputs_, withEngines());
+    const auto same = [](const fs::path& result) { return result; };
+    return UniversalEngine::placeResults(results, results_.path(), same, inputs_, withEngines());
   }
   std::string failure(const std::vector<fs::path>& results) {
     return support::failureText([&] { return place(results); });
