@@ -10,6 +10,7 @@ pkg_check_modules(PANGO REQUIRED IMPORTED_TARGET pangocairo)
 pkg_check_modules(PIXBUF REQUIRED IMPORTED_TARGET gdk-pixbuf-2.0)
 pkg_check_modules(PNG REQUIRED IMPORTED_TARGET libpng)
 pkg_check_modules(POPPLER REQUIRED IMPORTED_TARGET poppler-glib)
+pkg_check_modules(POPPLER_TEXT REQUIRED IMPORTED_TARGET poppler)
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
 # Our code never names qpdf's old pointer class, which this says to its headers.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)

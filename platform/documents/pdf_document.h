@@ -50,12 +50,14 @@ class PdfDocument {
   /// Paints the media box, turned as the page is, over white into exactly width x height pixels.
   /// @param bitmap becomes bgrx; its memory is reused when it is large enough.
   virtual void render(int page, int width, int height, Bitmap& bitmap) = 0;
-  /// The text layer in reading order, lines separated by line feeds; empty when there is none.
+  /// The text layer in reading order, lines separated by line feeds, the cells of a row by tabs;
+  /// empty when there is none.
   [[nodiscard]] virtual std::string text(int page) = 0;
   /// What the document says of itself: "Title", "Author", "CreationDate", ... and their text,
   /// UTF-8; dates as they are written, "D:20240131120000Z".
   [[nodiscard]] virtual std::map<std::string, std::string> attributes() = 0;
-  /// The characters of text() without the line feeds, each with its box.
+  /// The characters of the text layer without line feeds, each with its box; those of a word stand
+  /// from left to right, also where they are read from right to left.
   [[nodiscard]] virtual std::vector<PdfGlyph> glyphs(int page) = 0;
 };
 

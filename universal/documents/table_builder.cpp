@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <string>
 #include <utility>
 
 #include "engine/primitives/blank_text.h"
+#include "platform/text/visual_text.h"
 
 namespace tolvane::UniversalEngine {
 
@@ -75,6 +77,9 @@ TableBuilder::Row TableBuilder::row(Line line) {
       row.cells.back() += ' ';
     }
     row.cells.back() += glyph.text;
+  }
+  for (std::string& cell : row.cells) {
+    cell = VisualText::logicalOrder(std::move(cell));
   }
   return row;
 }

@@ -1,15 +1,17 @@
 #include "platform/documents/poppler/poppler_page_reader.h"
 
-#include <cerrno>
 #include <cstddef>
-#include <cstdint>
-#include <fcntl.h>
 #include <utility>
 
 #include <cairo.h>
 #include <poppler.h>
 
+#include "platform/documents/poppler/page_characters.h"
+#include "platform/documents/poppler/page_text.h"
+#include "platform/documents/poppler/text_source.h"
+#include "platform/files/descriptor.h"
 #include "platform/files/platform_error.h"
+#include "platform/text/utf16_joiner.h"
 
 namespace tolvane {
 
@@ -21,9 +23,6 @@ struct Unref {
 template <typename T>
 using GRef = std::unique_ptr<T, Unref>;
 
-struct Free {
-  void operator()(gpointer memory) const { g_free(memory); }
-};
 struct ErrorFree {
   void operator()(GError* error) const { g_error_free(error); }
 };
@@ -66,9 +65,22 @@ void makeWhite(Bitmap& bitmap, int width, int height) {
   bitmap.pixels.assign(bitmap.stride() * static_cast<std::size_t>(height), 0xFF);
 }
 
-std::string textOf(PopplerPage* page) {
-  const std::unique_ptr<char, Free> text(poppler_page_get_text(page));
-  return text ? text.get() : std::string();
+GRef<PopplerDocument> opened(Descriptor descriptor) {
+  GError* error = nullptr;
+  PopplerDocument* document = poppler_document_new_from_fd(descriptor.release(), nullptr, &error);
+  return owned(document, error);
+}
+
+GRef<PopplerDocument> opened(const std::shared_ptr<const Bytes>& pdf) {
+  using Kept = std::shared_ptr<const Bytes>;
+  const std::unique_ptr<GBytes, BytesUnref> bytes(g_bytes_new_with_free_func(
+      pdf->data(),
+      pdf->size(),
+      [](gpointer owner) { delete static_cast<Kept*>(owner); },
+      std::make_unique<Kept>(pdf).release()));
+  GError* error = nullptr;
+  PopplerDocument* document = poppler_document_new_from_bytes(bytes.get(), nullptr, &error);
+  return owned(document, error);
 }
 
 void ignoreMessage(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
@@ -76,8 +88,20 @@ void ignoreMessage(const gchar*, GLogLevelFlags, const gchar*, gpointer) {}
 }  // namespace
 
 struct PopplerPageReader::Handle {
-  explicit Handle(GRef<PopplerDocument> opened) : document(std::move(opened)) {}
+  explicit Handle(int descriptor) : text(descriptor), own(TextSource::duplicateOf(descriptor)) {}
+  explicit Handle(const std::shared_ptr<const Bytes>& pdf) : text(pdf), bytes(pdf) {}
 
+  /// Opened when a page is first painted.
+  PopplerDocument* painted() {
+    if (!document) {
+      document = bytes ? opened(bytes) : opened(std::move(own));
+    }
+    return document.get();
+  }
+
+  TextSource text;
+  Descriptor own;
+  std::shared_ptr<const Bytes> bytes;
   GRef<PopplerDocument> document;
 };
 
@@ -86,11 +110,11 @@ PopplerPageReader::PopplerPageReader(std::unique_ptr<Handle> handle) : handle_(s
 PopplerPageReader::~PopplerPageReader() = default;
 
 int PopplerPageReader::pageCount() {
-  return poppler_document_get_n_pages(handle_->document.get());
+  return handle_->text.pageCount();
 }
 
 void PopplerPageReader::render(int page, int width, int height, Bitmap& bitmap) {
-  const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
+  const GRef<PopplerPage> source = pageOf(handle_->painted(), page);
   double pageWidth = 0;
   double pageHeight = 0;
   poppler_page_get_size(source.get(), &pageWidth, &pageHeight);
@@ -115,28 +139,20 @@ void PopplerPageReader::render(int page, int width, int height, Bitmap& bitmap) 
 }
 
 std::string PopplerPageReader::text(int page) {
-  const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
-  return textOf(source.get());
+  return textOf(handle_->text.read(page));
 }
 
 std::vector<PdfGlyph> PopplerPageReader::glyphs(int page) {
-  const GRef<PopplerPage> source = pageOf(handle_->document.get(), page);
-  const std::string text = textOf(source.get());
-  PopplerRectangle* first = nullptr;
-  guint count = 0;
-  poppler_page_get_text_layout(source.get(), &first, &count);
-  const std::unique_ptr<PopplerRectangle, Free> boxes(first);
+  const PageCharacters characters = handle_->text.read(page);
   std::vector<PdfGlyph> glyphs;
-  glyphs.reserve(count);
-  // Line feeds have boxes of their own; should the numbers differ, the rest has none.
-  const char* next = text.c_str();
-  for (guint index = 0; index < count && *next != '\0'; ++index) {
-    const char* const character = next;
-    next = g_utf8_next_char(character);
-    if (*character != '\n' && *character != '\r') {
-      const PopplerRectangle& box = boxes.get()[index];
-      glyphs.push_back({{character, next}, box.x1, box.y1, box.x2 - box.x1, box.y2 - box.y1});
-    }
+  glyphs.reserve(characters.size());
+  for (const auto& [code, box, opens, course] : characters) {
+    PdfGlyph& glyph = glyphs.emplace_back();
+    appendUtf8(code, glyph.text);
+    glyph.x = box.x1;
+    glyph.y = box.y1;
+    glyph.width = box.x2 - box.x1;
+    glyph.height = box.y2 - box.y1;
   }
   return glyphs;
 }
@@ -148,27 +164,12 @@ PopplerPageReaderFactory::PopplerPageReaderFactory() {
 }
 
 std::unique_ptr<PageReader> PopplerPageReaderFactory::open(int descriptor) {
-  const int own = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
-  if (own < 0) {
-    throw PlatformError::fromErrno("dup", "PDF", errno);
-  }
-  GError* error = nullptr;
-  PopplerDocument* document = poppler_document_new_from_fd(own, nullptr, &error);
   return std::make_unique<PopplerPageReader>(
-      std::make_unique<PopplerPageReader::Handle>(owned(document, error)));
+      std::make_unique<PopplerPageReader::Handle>(descriptor));
 }
 
 std::unique_ptr<PageReader> PopplerPageReaderFactory::open(std::shared_ptr<const Bytes> pdf) {
-  using Kept = std::shared_ptr<const Bytes>;
-  const std::uint8_t* data = pdf->data();
-  const std::size_t size = pdf->size();
-  auto kept = std::make_unique<Kept>(std::move(pdf));
-  const std::unique_ptr<GBytes, BytesUnref> bytes(g_bytes_new_with_free_func(
-      data, size, [](gpointer owner) { delete static_cast<Kept*>(owner); }, kept.release()));
-  GError* error = nullptr;
-  PopplerDocument* document = poppler_document_new_from_bytes(bytes.get(), nullptr, &error);
-  return std::make_unique<PopplerPageReader>(
-      std::make_unique<PopplerPageReader::Handle>(owned(document, error)));
+  return std::make_unique<PopplerPageReader>(std::make_unique<PopplerPageReader::Handle>(pdf));
 }
 
 }  // namespace tolvane
