@@ -32,6 +32,7 @@ struct Fault {
   int count = -1;  ///< descriptor of the file that counts
   bool isWanted = false;
 
+  // NOLINTBEGIN(concurrency-mt-unsafe): nothing changes the environment
   Fault() {
     std::array<char, PATH_MAX> program = {};
     const ssize_t length = ::readlink("/proc/self/exe", program.data(), program.size() - 1);
@@ -46,6 +47,7 @@ struct Fault {
       count = static_cast<int>(::syscall(SYS_openat, AT_FDCWD, file, flags, 0600));
     }
   }
+  // NOLINTEND(concurrency-mt-unsafe)
 };
 
 const Fault& fault() {
@@ -93,6 +95,8 @@ mode_t modeOf(int flags, va_list arguments) {
 
 }  // namespace
 
+// The C library calls its parameters by names of its own.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 int open(const char* path, int flags, ...) {
@@ -188,3 +192,4 @@ int posix_spawn(pid_t* process,
 }
 
 }  // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)

@@ -83,7 +83,7 @@ class FaultTest : public testing::TestWithParam<JobCase> {
       words.push_back(word.starts_with('@') ? file(word.substr(1)).string() : word);
     }
     const std::filesystem::path program = std::filesystem::canonical(TOLVANE_PROGRAM);
-    std::vector<std::string> settings = {"LD_PRELOAD=" FAULT_INJECTOR,
+    std::vector<std::string> settings = {std::string("LD_PRELOAD=") + FAULT_INJECTOR,
                                          "PATH=/usr/bin:/bin",
                                          "HOME=" + folder_.path().string(),
                                          "TOLVANE_FAULT_PROGRAM=" + program.string(),
@@ -117,6 +117,7 @@ class FaultTest : public testing::TestWithParam<JobCase> {
  private:
   static std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
       pointers.push_back(text.data());
     }
