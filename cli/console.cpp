@@ -3,8 +3,29 @@
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace tolvane::Console {
+
+namespace {
+
+std::FILE* results = stdout;  // of the main thread, set before anything is printed
+
+/// Libraries print what they find wrong in a file to the standard output that they know; results
+/// go where only this file writes.
+void keepResultsApart() noexcept {
+  const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+  const int own = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  std::FILE* const stream = own < 0 ? nullptr : ::fdopen(own, "w");
+  if (stream != nullptr && nowhere >= 0 && ::dup2(nowhere, STDOUT_FILENO) >= 0) {
+    results = stream;
+  }
+  if (nowhere >= 0) {
+    ::close(nowhere);
+  }
+}
+
+}  // namespace
 
 void claimStreams() noexcept {
   for (const int descriptor : {0, 1, 2}) {
@@ -13,10 +34,11 @@ void claimStreams() noexcept {
       static_cast<void>(::open("/dev/null", O_RDONLY));
     }
   }
+  keepResultsApart();
 }
 
 void print(std::string_view text) noexcept {
-  std::fwrite(text.data(), 1, text.size(), stdout);
+  std::fwrite(text.data(), 1, text.size(), results);
 }
 
 void say(std::string_view text) noexcept {
@@ -25,7 +47,7 @@ void say(std::string_view text) noexcept {
 }
 
 bool flushResults() noexcept {
-  return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  return std::fflush(results) == 0 && std::ferror(results) == 0;
 }
 
 }  // namespace tolvane::Console

@@ -7,7 +7,8 @@
 namespace tolvane::Console {
 
 /// Makes sure that descriptors 0 to 2 are taken, so that no file of ours gets one of their numbers.
-/// What was closed reads as ended and cannot be written.
+/// What was closed reads as ended and cannot be written. From then on standard output is print()'s
+/// alone: what anything else in the process writes to descriptor 1 or to stdout is lost.
 void claimStreams() noexcept;
 
 /// Results, to standard output.

@@ -193,6 +193,22 @@ TEST_F(ProgramTest, LostResultsAreAFailure) {
   EXPECT_EQ(err(), "The results could not be written to standard output.\n");
 }
 
+// The painting library prints "BAD status" for a group that is painted after such a dash.
+TEST_F(ProgramTest, StandardOutputHasNothingOfWhatLibrariesPrint) {
+  support::PdfBuilder()
+      .page(
+          {.drawing = "[-1 1] 0 d 0 0 m 50 50 l S /A gs /X Do",
+           .entries = "/Resources << /ExtGState << /A << /ca 0.5 >> >> /XObject << /X 6 0 R >> >>"})
+      .object(
+          "<< /Type /XObject /Subtype /Form /BBox [0 0 99 99] /Group << /S /Transparency >> "
+          "/Length 12 >>\nstream\n0 0 9 9 re f\nendstream")
+      .write(path("dash.pdf"));
+  static_cast<void>(run({"action", "pdf_png", path("dash.pdf"), "--out", results().string()}));
+  EXPECT_EQ(out(),
+            resultNames().empty() ? "" : (results() / resultNames().front()).string() + "\n");
+  EXPECT_NE(out() + err(), "");
+}
+
 TEST_F(ProgramTest, HostEndsWithItsInput) {
   EXPECT_EQ(run({"host"}, R"({"jsonrpc":"2.0","id":1,"method":"hide"})"), 0);
   EXPECT_EQ(out(), "{\"id\":1,\"jsonrpc\":\"2.0\",\"result\":null}\n");
