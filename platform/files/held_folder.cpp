@@ -44,8 +44,13 @@ HeldFolder HeldFolder::make(const fs::path& path) {
   }
   HeldFolder made(path, std::move(parent));
   struct stat status = {};
-  if (!made.folder_.isOpen() || ::fstat(made.folder_.number(), &status) != 0 ||
-      status.st_uid != ::geteuid()) {
+  if (!made.folder_.isOpen() || ::fstat(made.folder_.number(), &status) != 0) {
+    const int code = errno;
+    // Whatever has the name by now goes only when it is an empty folder.
+    ::unlinkat(made.parent_.number(), made.name_.c_str(), AT_REMOVEDIR);
+    throw PlatformError::fromErrno("open", path, code);
+  }
+  if (status.st_uid != ::geteuid()) {
     throw PlatformError("Could not create " + path.string() + ": it was replaced meanwhile.");
   }
   // The mask may have taken bits. File systems of other systems have no permissions to set.
