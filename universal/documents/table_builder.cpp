@@ -63,7 +63,7 @@ TableBuilder::Row TableBuilder::row(Line line) {
   std::stable_sort(line.begin(), line.end(), [](const PdfGlyph* left, const PdfGlyph* right) {
     return left->minX() < right->minX();
   });
-  Row row = {{line.front()->text}, {line.front()->minX()}};
+  Row row = {{line.front()->text}, {line.front()->minX()}, {line.front()->maxX()}};
   for (std::size_t index = 1; index < line.size(); ++index) {
     const PdfGlyph& previous = *line[index - 1];
     const PdfGlyph& glyph = *line[index];
@@ -71,12 +71,14 @@ TableBuilder::Row TableBuilder::row(Line line) {
     if (gap > std::max(cellGap * previous.height, leastCellGap)) {
       row.cells.push_back(glyph.text);
       row.starts.push_back(glyph.minX());
+      row.ends.push_back(glyph.maxX());
       continue;
     }
     if (gap > wordGap * previous.height) {
       row.cells.back() += ' ';
     }
     row.cells.back() += glyph.text;
+    row.ends.back() = std::max(row.ends.back(), glyph.maxX());
   }
   for (std::string& cell : row.cells) {
     cell = VisualText::logicalOrder(std::move(cell));
@@ -93,16 +95,52 @@ bool TableBuilder::areAligned(const Row& one, const Row& other) {
       [](double left, double right) { return std::abs(left - right) <= columnTolerance; });
 }
 
+bool TableBuilder::standsInColumns(const Row& row, const Row& columns) {
+  if (row.cells.size() != columns.cells.size()) {
+    return false;
+  }
+  for (std::size_t index = 0; index < row.cells.size(); ++index) {
+    if (row.starts[index] >= columns.ends[index] || columns.starts[index] >= row.ends[index]) {
+      return false;
+    }
+  }
+  return true;
+}
+
+TableBuilder::Row TableBuilder::columnsOf(const std::vector<std::size_t>& rows) const {
+  Row columns = rows_[rows.front()];
+  for (const std::size_t number : rows) {
+    const Row& row = rows_[number];
+    for (std::size_t index = 0; index < columns.starts.size(); ++index) {
+      columns.starts[index] = std::min(columns.starts[index], row.starts[index]);
+      columns.ends[index] = std::max(columns.ends[index], row.ends[index]);
+    }
+  }
+  return columns;
+}
+
+Table TableBuilder::tableOf(const std::vector<std::size_t>& aligned) const {
+  const Row columns = columnsOf(aligned);
+  Table table;
+  for (std::size_t number = aligned.front(); number <= aligned.back(); ++number) {
+    const bool isAligned = std::binary_search(aligned.begin(), aligned.end(), number);
+    if (isAligned || standsInColumns(rows_[number], columns)) {
+      table.push_back(rows_[number].cells);
+    }
+  }
+  return table;
+}
+
 Table TableBuilder::table() const {
   for (const Row& anchor : rows_) {
-    Table table;
-    for (const Row& row : rows_) {
-      if (areAligned(anchor, row)) {
-        table.push_back(row.cells);
+    std::vector<std::size_t> aligned;
+    for (std::size_t number = 0; number < rows_.size(); ++number) {
+      if (areAligned(anchor, rows_[number])) {
+        aligned.push_back(number);
       }
     }
-    if (table.size() >= 2) {
-      return table;
+    if (aligned.size() >= 2) {
+      return tableOf(aligned);
     }
   }
   return {};

@@ -152,6 +152,18 @@ TEST(TableBuilderTest, CollectsRowsOfAllPagesAroundTheFirstAnchorWithACompanion)
                           ElementsAre("third", "third")));
 }
 
+// The last column ends at one edge: its numbers begin further to the left the longer they are.
+TEST(TableBuilderTest, KeepsRowsBetweenWhoseCellsStandInTheSameColumns) {
+  PdfGlyph wide = glyph("1 234.00", 80, 50);
+  wide.width = 35;
+  Glyphs glyphs = joined(row({0, 110}, 0, "first"), {glyph("middle", 0, 50), wide});
+  glyphs = joined(glyphs, row({0, 108}, 100, "last"));
+  EXPECT_THAT(tableOf(glyphs),
+              ElementsAre(ElementsAre("first", "first"),
+                          ElementsAre("middle", "1 234.00"),
+                          ElementsAre("last", "last")));
+}
+
 TEST(TableBuilderTest, FindsNoTableInOneRow) {
   EXPECT_TRUE(tableOf(row({0, 100, 200}, 0, "a")).empty());
   EXPECT_TRUE(tableOf({}).empty());
