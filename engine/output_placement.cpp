@@ -1,7 +1,7 @@
 #include "engine/output_placement.h"
 
 #include <algorithm>
-#include <system_error>
+#include <cerrno>
 #include <utility>
 
 #include "engine/output_names.h"
@@ -44,23 +44,15 @@ Placement::Placement(fs::path folder, std::vector<fs::path> sources, PlacementSe
     : folder_(std::move(folder)), sources_(std::move(sources)), sentences_(sentences) {}
 
 Placement::~Placement() {
-  std::for_each(placed_.begin(), placed_.end(), takeBack);
-}
-
-void Placement::takeBack(const Placed& placed) {
-  std::error_code error;
-  const bool isOurs =
-      !fs::is_symlink(placed.result, error) && fs::equivalent(placed.result, placed.staged, error);
-  if (isOurs && !error) {
-    fs::remove(placed.result, error);
+  for (const Placed& placed : placed_) {
+    placed.file.removeFrom(placed.result);
   }
 }
 
 void Placement::place(const StagedOutput& output) {
   // Room beforehand: a file that is in place must get into the list, or it could not be removed.
   placed_.reserve(placed_.size() + 1);
-  fs::path staged = output.file;
-  placed_.push_back({promote(output), std::move(staged)});
+  placed_.push_back(promote(output));
 }
 
 std::vector<fs::path> Placement::finish() {
@@ -73,19 +65,18 @@ std::vector<fs::path> Placement::finish() {
   return results;
 }
 
-fs::path Placement::promote(const StagedOutput& output) const {
+Placement::Placed Placement::promote(const StagedOutput& output) const {
   for (int attempt = 0; attempt < Limits::maxNameAttempts; ++attempt) {
     fs::path candidate = folder_ / OutputNames::candidate(output.name, attempt);
     if (std::find(sources_.begin(), sources_.end(), candidate) != sources_.end()) {
       continue;
     }
-    switch (FileSystem::hardLink(output.file, candidate)) {
-      case FileSystem::LinkOutcome::linked:
-        return candidate;
-      case FileSystem::LinkOutcome::nameTaken:
-        continue;
-      case FileSystem::LinkOutcome::refused:
-        throw ConversionFailure::message(sentences_.refused);
+    const FilePlacement::Outcome outcome = FilePlacement::place(output.file, candidate);
+    if (outcome.file) {
+      return {std::move(candidate), *outcome.file};
+    }
+    if (outcome.error != EEXIST) {
+      throw ConversionFailure::message(sentences_.refused);
     }
   }
   throw ConversionFailure::message(sentences_.collisions);

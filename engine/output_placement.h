@@ -8,6 +8,7 @@
 
 #include "engine/primitives/cancellation_token.h"
 #include "platform/files/bytes.h"
+#include "platform/files/file_placement.h"
 
 /// How results get from the workspace into the user's folder: checked, under free names, all or
 /// none.
@@ -49,7 +50,7 @@ class StagedOutputs {
 
 /// What a failed placement says.
 struct PlacementSentences {
-  const char* refused;     ///< the file system does not take the file
+  const char* refused;     ///< the folder does not take the file
   const char* collisions;  ///< every name that could be tried is taken
 };
 
@@ -67,8 +68,7 @@ class Placement {
   Placement(const Placement&) = delete;
   Placement& operator=(const Placement&) = delete;
 
-  /// Gives a file its final name by a hard link under the first free candidate; never replaces an
-  /// entry.
+  /// Gives a file its final name, the first free candidate, as FilePlacement::place does.
   /// @throws ConversionFailure
   void place(const StagedOutput& output);
 
@@ -78,11 +78,10 @@ class Placement {
  private:
   struct Placed {
     std::filesystem::path result;
-    std::filesystem::path staged;  ///< the same file in the workspace
+    FilePlacement::PlacedFile file;
   };
 
-  static void takeBack(const Placed& placed);
-  [[nodiscard]] std::filesystem::path promote(const StagedOutput& output) const;
+  [[nodiscard]] Placed promote(const StagedOutput& output) const;
 
   std::filesystem::path folder_;
   std::vector<std::filesystem::path> sources_;

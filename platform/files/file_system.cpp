@@ -207,13 +207,6 @@ void removeQuietly(const fs::path& path) noexcept {
   }
 }
 
-LinkOutcome hardLink(const fs::path& existing, const fs::path& name) noexcept {
-  if (::link(existing.c_str(), name.c_str()) == 0) {
-    return LinkOutcome::linked;
-  }
-  return errno == EEXIST ? LinkOutcome::nameTaken : LinkOutcome::refused;
-}
-
 std::string newUuid() {
   std::array<std::uint8_t, 16> random = {};
   if (::getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) {

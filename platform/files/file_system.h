@@ -58,12 +58,6 @@ void copy(const std::filesystem::path& from, const std::filesystem::path& to);
 /// Removes a file or a whole tree; whatever cannot be removed is left.
 void removeQuietly(const std::filesystem::path& path) noexcept;
 
-enum class LinkOutcome { linked, nameTaken, refused };
-
-/// Gives `existing` a second name. Never replaces an entry, never throws.
-[[nodiscard]] LinkOutcome hardLink(const std::filesystem::path& existing,
-                                   const std::filesystem::path& name) noexcept;
-
 /// A random (version 4) UUID in upper case with hyphens, 36 characters.
 [[nodiscard]] std::string newUuid();
 

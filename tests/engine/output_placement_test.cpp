@@ -1,9 +1,18 @@
 #include "engine/output_placement.h"
 
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
+#include <initializer_list>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,6 +107,88 @@ TEST_F(PlacementTest, KeepsWhatTookThePlaceOfAResultWhenRolledBack) {
   EXPECT_THAT(folder_.names(), ElementsAre("file.txt", "folder.txt"));
   EXPECT_EQ(contentOf(folder_ / "file.txt"), "mine");
   EXPECT_EQ(contentOf(folder_ / "folder.txt/note"), "mine");
+}
+
+/// Refuses system calls to this process and its children, as file systems without them do.
+void refuseCalls(std::initializer_list<std::pair<long, int>> calls) {
+  std::vector<sock_filter> filter = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
+  for (const auto& [number, error] : calls) {
+    filter.push_back(BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, static_cast<__u32>(number), 0, 1));
+    filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | static_cast<__u32>(error)));
+  }
+  filter.push_back(BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW));
+  const sock_fprog program = {static_cast<unsigned short>(filter.size()), filter.data()};
+  if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
+      ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0) {
+    ::_exit(3);
+  }
+}
+
+enum class Lacking { links, linksAndExclusiveRenames };
+
+class WithoutLinksTest : public PlacementTest, public ::testing::WithParamInterface<Lacking> {
+ protected:
+  static void refuse() {
+    if (GetParam() == Lacking::links) {
+      refuseCalls({{SYS_link, EPERM}, {SYS_linkat, EPERM}});
+    } else {
+      refuseCalls({{SYS_link, EPERM}, {SYS_linkat, EPERM}, {SYS_renameat2, EINVAL}});
+    }
+  }
+};
+
+TEST_P(WithoutLinksTest, PlacesUnderAFreeNameAndReplacesNothing) {
+  folder_.write("a.txt", "old");
+  fs::create_symlink(folder_ / "nowhere", folder_ / "a-converted-2.txt");
+  staged_.stage(asBytes("new"), "a.txt");
+  const auto inChild = [&] {
+    refuse();
+    const auto placed = placeAll(staged_.outputs(), folder_.path(), {}, token_);
+    ::_exit(placed == std::vector{folder_ / "a-converted-3.txt"} ? 0 : 1);
+  };
+  EXPECT_EXIT(inChild(), ::testing::ExitedWithCode(0), "");
+  EXPECT_EQ(contentOf(folder_ / "a.txt"), "old");
+  EXPECT_EQ(contentOf(folder_ / "a-converted-3.txt"), "new");
+  EXPECT_FALSE(fs::exists(folder_ / "nowhere"));
+}
+
+TEST_P(WithoutLinksTest, RemovesAgainOnlyWhatItPlaced) {
+  for (const char* name : {"mine.txt", "result.txt", "missing.txt"}) {
+    staged_.stage(asBytes("text"), name);
+  }
+  fs::remove(staged_.outputs()[2].file);
+  const auto inChild = [&] {
+    refuse();
+    Placement placement(folder_.path(), {}, {.refused = "refused", .collisions = ""});
+    placement.place(staged_.outputs()[0]);
+    placement.place(staged_.outputs()[1]);
+    fs::remove(folder_ / "mine.txt");
+    folder_.write("mine.txt", "mine");
+    const std::string text = failureText([&] { placement.place(staged_.outputs()[2]); });
+    placement.~Placement();
+    ::_exit(text == "refused" ? 0 : 1);
+  };
+  EXPECT_EXIT(inChild(), ::testing::ExitedWithCode(0), "");
+  EXPECT_THAT(folder_.names(), ElementsAre("mine.txt"));
+}
+
+INSTANTIATE_TEST_SUITE_P(FileSystems,
+                         WithoutLinksTest,
+                         ::testing::Values(Lacking::links, Lacking::linksAndExclusiveRenames));
+
+TEST_F(PlacementTest, GivesResultsTheGroupOfAFolderThatHandsItOn) {
+  constexpr gid_t group = 65534;
+  if (::geteuid() != 0) {
+    GTEST_SKIP() << "only the superuser can make a folder of a group that is not its own";
+  }
+  ASSERT_EQ(::chown(folder_.path().c_str(), 0, group), 0);
+  ASSERT_EQ(::chmod(folder_.path().c_str(), 02775), 0);
+  staged_.stage(asBytes("text"), "a.txt");
+  (void)placeAll(staged_.outputs(), folder_.path(), {}, token_);
+  struct stat status = {};
+  ASSERT_EQ(::stat((folder_ / "a.txt").c_str(), &status), 0);
+  EXPECT_EQ(status.st_gid, group);
 }
 
 TEST_F(PlacementTest, GivesUpAfterTenThousandNames) {

@@ -118,17 +118,6 @@ TEST(CreateDirectory, SetsThePermissionsWhateverTheMask) {
   EXPECT_EQ(fs::status(folder / "open").permissions(), fs::perms(0755));
 }
 
-TEST(HardLink, NeverReplaces) {
-  const TemporaryFolder folder;
-  const fs::path file = folder.write("file", "new");
-  const fs::path taken = folder.write("taken", "old");
-  EXPECT_EQ(FileSystem::hardLink(file, folder / "free"), FileSystem::LinkOutcome::linked);
-  EXPECT_TRUE(fs::equivalent(file, folder / "free"));
-  EXPECT_EQ(FileSystem::hardLink(file, taken), FileSystem::LinkOutcome::nameTaken);
-  EXPECT_EQ(contentOf(taken), "old");
-  EXPECT_EQ(FileSystem::hardLink(folder / "gone", folder / "x"), FileSystem::LinkOutcome::refused);
-}
-
 TEST(RemoveQuietly, RemovesLinksNotWhatTheyLeadTo) {
   const TemporaryFolder folder;
   const fs::path kept = folder.write("kept", "x");
