@@ -1,6 +1,8 @@
 #include "universal/toolchain/local_toolchain.h"
 
 #include <chrono>
+#include <string_view>
+#include <system_error>
 #include <unistd.h>
 
 #include "engine/primitives/conversion_failure.h"
@@ -110,6 +112,23 @@ void stop(const EngineProcess& process) {
   throw ConversionFailure::cancelled();
 }
 
+/// Engines end with the same status for a full disk as for a broken file.
+/// @throws ConversionFailure when there is no room for what it was to write.
+void requireRoom(const fs::path& folder, const Bytes& printed) {
+  const std::string_view text = asText(printed);
+  if (text.find("Disk quota exceeded") != std::string_view::npos) {
+    throw ConversionFailure::message(
+        "The disk quota is used up. Free some space or choose another output folder.");
+  }
+  std::error_code error;
+  const fs::space_info space = fs::space(folder, error);
+  if ((!error && space.available == 0) ||
+      text.find("No space left on device") != std::string_view::npos) {
+    throw ConversionFailure::message(
+        "The disk is full. Free some space or choose another output folder.");
+  }
+}
+
 }  // namespace
 
 std::optional<fs::path> LocalToolchain::find(std::string_view engine) const {
@@ -156,6 +175,7 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   }
   Bytes printed = log.content();
   if (!run.accepted.contains(status)) {
+    requireRoom(engine.root, printed);
     throw ConversionFailure::message(
         run.name + " could not process this file (exit " + std::to_string(status) +
         "). Check that the file is valid and the selected options fit its content.");

@@ -167,15 +167,14 @@ std::string outputAfter(const std::string& mounts,
   return support::HostProgram::output(command);
 }
 
-TEST(ChangedMachineTest, FullDiskIsTheEnginesFailure) {
+TEST(ChangedMachineTest, FullDiskIsNamed) {
   const support::HostProgram program;
   program.addEngine("filler", "head -c 1000000 /dev/zero");
   const fs::path workspace = program.workspace(support::Identity::root);
   EXPECT_EQ(
       outputAfter(
           "mount -t tmpfs -o size=64k none " + workspace.string(), program, workspace, "filler"),
-      "filler could not process this file (exit 1). Check that the file is valid and the "
-      "selected options fit its content.\n.engine-tmp\n");
+      "The disk is full. Free some space or choose another output folder.\n.engine-tmp\n");
 }
 
 constexpr const char* readOnlyTmp =
