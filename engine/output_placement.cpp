@@ -40,6 +40,27 @@ fs::path prepareDestination(const std::optional<fs::path>& destination,
   return folder;
 }
 
+namespace {
+
+/// @param otherwise what is said of an error that has no sentence of its own.
+const char* sentenceFor(int error, const char* otherwise) {
+  switch (error) {
+    case ENOSPC:
+      return "The disk is full. Free some space or choose another output folder.";
+    case EDQUOT:
+      return "The disk quota is used up. Free some space or choose another output folder.";
+    case ESTALE:
+    case ENOTCONN:
+    case EHOSTDOWN:
+      return "The connection to the output folder was lost. Connect again or choose another "
+             "folder.";
+    default:
+      return otherwise;
+  }
+}
+
+}  // namespace
+
 Placement::Placement(fs::path folder, std::vector<fs::path> sources, PlacementSentences sentences)
     : folder_(std::move(folder)), sources_(std::move(sources)), sentences_(sentences) {}
 
@@ -76,7 +97,7 @@ Placement::Placed Placement::promote(const StagedOutput& output) const {
       return {std::move(candidate), *outcome.file};
     }
     if (outcome.error != EEXIST) {
-      throw ConversionFailure::message(sentences_.refused);
+      throw ConversionFailure::message(sentenceFor(outcome.error, sentences_.refused));
     }
   }
   throw ConversionFailure::message(sentences_.collisions);

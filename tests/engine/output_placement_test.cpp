@@ -177,6 +177,20 @@ INSTANTIATE_TEST_SUITE_P(FileSystems,
                          WithoutLinksTest,
                          ::testing::Values(Lacking::links, Lacking::linksAndExclusiveRenames));
 
+TEST_F(PlacementTest, NamesWhyADiskTakesNoResult) {
+  const std::pair<int, const char*> cases[] = {{ENOSPC, "The disk is full."},
+                                               {EDQUOT, "The disk quota is used up."},
+                                               {ESTALE, "The connection to the output folder"}};
+  staged_.stage(asBytes("text"), "a.txt");
+  for (const auto& [error, sentence] : cases) {
+    const auto inChild = [&, code = error, start = std::string(sentence)] {
+      refuseCalls({{SYS_link, code}, {SYS_linkat, code}});
+      ::_exit(placementFailure().starts_with(start) ? 0 : 1);
+    };
+    EXPECT_EXIT(inChild(), ::testing::ExitedWithCode(0), "") << sentence;
+  }
+}
+
 TEST_F(PlacementTest, GivesResultsTheGroupOfAFolderThatHandsItOn) {
   constexpr gid_t group = 65534;
   if (::geteuid() != 0) {
