@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string_view>
+#include <system_error>
 
 #include "engine/primitives/conversion_failure.h"
 #include "engine/primitives/limits.h"
@@ -50,7 +51,10 @@ std::string richTextOfPackage(const fs::path& document) {
   const fs::path text = document / textOfPackage;
   // Inspection admits a package without looking into it.
   const FileSystem::Attributes attributes = FileSystem::attributes(text);
-  if (!attributes.isRegularFile || attributes.size > Limits::maxInputBytes) {
+  // A link would put another of the user's files into the result.
+  std::error_code ignored;
+  const bool isOwnFile = attributes.isRegularFile && !fs::is_symlink(text, ignored);
+  if (!isOwnFile || attributes.size > Limits::maxInputBytes) {
     throw ConversionFailure::message("This rich text document is damaged or unreadable.");
   }
   return richText(text);
