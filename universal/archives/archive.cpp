@@ -1,5 +1,6 @@
 #include "universal/archives/archive.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -31,32 +32,43 @@ bool hasWildcards(const fs::path& path) {
   return path.native().find_first_of("*?") != std::string::npos;
 }
 
-Arguments listArguments(const fs::path& input) {
-  Arguments arguments = {"l", "-slt", "-ba"};
-  if (hasWildcards(input)) {
-    arguments.emplace_back("-spd");
+/// What 7zz is told to read. To take wildcards for characters it would look through the archive's
+/// folder, which is closed to it, so that such an archive is read through a link. Its name is kept
+/// as far as it goes, because 7zz may name what it finds inside after it.
+fs::path plainPath(const fs::path& input, const JobContext& context) {
+  if (!hasWildcards(input)) {
+    return input;
   }
-  arguments.push_back(input);
-  return arguments;
+  const fs::path folder = context.freshFile("archive-", "");
+  FileSystem::createDirectory(folder, folderMode);
+  std::string name = input.filename();
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return c == '*' || c == '?'; }, '_');
+  std::error_code problem;
+  fs::create_symlink(input, folder / name, problem);
+  if (problem) {
+    throw PlatformError::fromErrno("link to", input, problem.value());
+  }
+  return folder.filename() / name;  // 7zz runs in the workspace, whose path may have wildcards
 }
 
-Arguments extractArguments(const fs::path& input, const fs::path& payload) {
+Arguments extractArguments(const fs::path& read, const fs::path& payload) {
   // In the folder's name, a star would stand for the archive's. 7zz runs in the folder above.
   const fs::path folder = hasWildcards(payload) ? payload.filename() : payload;
-  Arguments arguments = {"x", "-y", "-o" + folder.string()};
-  if (hasWildcards(input)) {
-    arguments.emplace_back("-spd");
-  }
-  arguments.push_back(input);
-  return arguments;
+  return {"x", "-y", "-o" + folder.string(), read};
 }
 
-void extract(const fs::path& input, const fs::path& payload, const JobContext& context) {
+/// @param read the input as 7zz is told of it.
+void extract(const fs::path& input,
+             const fs::path& read,
+             const fs::path& payload,
+             const JobContext& context) {
   FileSystem::createDirectory(payload, folderMode);
   context.toolchain.run({.name = "7zz",
-                         .arguments = extractArguments(input, payload),
+                         .arguments = extractArguments(read, payload),
                          .in = context.workspace,
                          .timeout = timeLimit,
+                         .inputs = {input},
                          .whileRunning = ExtractedTree::Watch(payload, context.token)},
                         context.token);
   ExtractedTree::check(payload, context.token);
@@ -113,9 +125,10 @@ void repack(const fs::path& input,
             const fs::path& output,
             const JobContext& context,
             Unwrapping unwrapping) {
-  ArchiveListing::judge(asText(context.run("7zz", listArguments(input), timeLimit)));
+  const fs::path read = plainPath(input, context);
+  ArchiveListing::judge(asText(context.run("7zz", {"l", "-slt", "-ba", read}, timeLimit, {input})));
   const fs::path payload = context.workspace / "payload";
-  extract(input, payload, context);
+  extract(input, read, payload, context);
   if (unwrapping == Unwrapping::once && isGzip(input)) {
     if (const std::optional<fs::path> tar = onlyTar(payload)) {
       const fs::path contents = context.workspace / "tar-contents";

@@ -68,7 +68,7 @@ void writeClip(const fs::path& video,
       (context.workspace / name).string()};
   // clang-format on
   arguments.insert(arguments.end(), encoding.begin(), encoding.end());
-  context.run("ffmpeg", std::move(arguments), timeLimit);
+  context.run("ffmpeg", std::move(arguments), timeLimit, {video});
 }
 
 }  // namespace

@@ -29,7 +29,7 @@ void checkPdf(const fs::path& url, const JobContext& context) {
 }
 
 void checkPackage(const fs::path& url, const JobContext& context) {
-  context.run("unzip", {"-tqq", url.string()}, timeout);
+  context.run("unzip", {"-tqq", url.string()}, timeout, {url});
 }
 
 void checkMedia(const fs::path& url, const JobContext& context) {
@@ -41,11 +41,12 @@ void checkMedia(const fs::path& url, const JobContext& context) {
 }
 
 void checkPicture(const fs::path& url, const JobContext& context) {
-  context.run("magick", {"identify", enginePath(url, context)}, timeout);
+  context.run("magick", {"identify", enginePath(url, context)}, timeout, {url});
 }
 
 void checkArchive(const fs::path& url, const JobContext& context) {
-  context.run("7zz", {"t", url.string()}, timeout);
+  // A folder above may have a name that 7zz would take for a pattern.
+  context.run("7zz", {"t", url.lexically_relative(context.workspace)}, timeout, {url});
 }
 
 void checkJson(const fs::path& url, const JobContext& /*context*/) {

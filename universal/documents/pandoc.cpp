@@ -60,7 +60,7 @@ Arguments argumentsFor(Arguments options, const PandocRun& wanted) {
 }
 
 void run(const JobContext& context, Arguments options, const PandocRun& wanted) {
-  context.run("pandoc", argumentsFor(std::move(options), wanted), timeout);
+  context.run("pandoc", argumentsFor(std::move(options), wanted), timeout, {wanted.input});
 }
 
 /// @return the option that names the filter: relative to the current directory, because pandoc

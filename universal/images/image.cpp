@@ -59,6 +59,7 @@ void image(const fs::path& input,
                          .arguments = std::move(all),
                          .in = context.workspace,
                          .timeout = timeLimit,
+                         .inputs = {input},
                          .environment = {{"MAGICK_TEMPORARY_PATH", context.workspace.string()}}},
                         context.token);
 }

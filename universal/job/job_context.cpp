@@ -14,11 +14,13 @@ JobContext JobContext::in(fs::path folder) const {
 
 Bytes JobContext::run(std::string engine,
                       std::vector<std::string> arguments,
-                      double timeout) const {
+                      double timeout,
+                      std::vector<fs::path> inputs) const {
   return toolchain.run({.name = std::move(engine),
                         .arguments = std::move(arguments),
                         .in = workspace,
-                        .timeout = timeout},
+                        .timeout = timeout,
+                        .inputs = std::move(inputs)},
                        token);
 }
 

@@ -26,8 +26,12 @@ struct JobContext {
 
   /// Runs an engine that must end with status 0.
   /// @param timeout seconds.
+  /// @param inputs what it reads outside the workspace.
   /// @return what it printed. @throws as LocalToolchain::run
-  Bytes run(std::string engine, std::vector<std::string> arguments, double timeout) const;
+  Bytes run(std::string engine,
+            std::vector<std::string> arguments,
+            double timeout,
+            std::vector<std::filesystem::path> inputs = {}) const;
 
   /// Runs a native action into the workspace.
   /// @return its results. @throws ConversionFailure, PlatformError

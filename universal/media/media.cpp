@@ -29,7 +29,7 @@ void run(const fs::path& input,
   Arguments arguments = mediaPrefix(input);
   arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
   arguments.push_back(outputPath(output, context.workspace));
-  context.run("ffmpeg", std::move(arguments), command.timeout);
+  context.run("ffmpeg", std::move(arguments), command.timeout, {input});
 }
 
 std::vector<fs::path> sortedEntries(const fs::path& folder) {
@@ -54,7 +54,9 @@ Arguments mediaHead() {
 
 Arguments mediaPrefix(const fs::path& input) {
   Arguments arguments = mediaHead();
-  arguments.insert(arguments.end(), {"-protocol_whitelist", "file,pipe", "-i", input.string()});
+  const Arguments sources = allowedSources();
+  arguments.insert(arguments.end(), sources.begin(), sources.end());
+  arguments.insert(arguments.end(), {"-i", input.string()});
   return arguments;
 }
 

@@ -50,18 +50,21 @@ bool liesOnItsSide(const Value& video) {
 
 }  // namespace
 
+Arguments allowedSources() {
+  return {
+      "-protocol_whitelist",
+      "file,pipe",
+      "-format_whitelist",
+      "aac,ac3,aiff,amr,ape,asf,au,avi,caf,eac3,flac,flv,gif,loas,m4v,matroska,mov,mp3,mpeg,mpegts,"
+      "ogg,tta,w64,wav,wv"};
+}
+
 Value::Map probe(const std::filesystem::path& url, const JobContext& context) {
-  const Bytes printed = context.run("ffprobe",
-                                    {"-v",
-                                     "error",
-                                     "-protocol_whitelist",
-                                     "file,pipe",
-                                     "-show_format",
-                                     "-show_streams",
-                                     "-of",
-                                     "json",
-                                     url.string()},
-                                    probeTimeout);
+  Arguments arguments = {"-v", "error"};
+  const Arguments sources = allowedSources();
+  arguments.insert(arguments.end(), sources.begin(), sources.end());
+  arguments.insert(arguments.end(), {"-show_format", "-show_streams", "-of", "json", url.string()});
+  const Bytes printed = context.run("ffprobe", std::move(arguments), probeTimeout, {url});
   const Value probed = ValueJson::parse(withoutRemarks(asText(printed)));
   return probed.map() != nullptr ? *probed.map() : Value::Map();
 }

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "engine/primitives/value.h"
+#include "universal/job/arguments.h"
 #include "universal/job/job_context.h"
 
 /// What ffprobe tells about an audio or video file.
@@ -22,6 +23,11 @@ struct FrameSides {
   std::optional<std::int64_t> width;
   std::optional<std::int64_t> height;
 };
+
+/// The options in front of an input of ffmpeg and ffprobe: only files, and only containers that
+/// hold their sound and pictures themselves, whatever the file's name says. Lists of other files to
+/// play are none of them.
+[[nodiscard]] Arguments allowedSources();
 
 /// Runs ffprobe for at most 30 seconds.
 /// @return the members "format" and "streams" as it prints them; none when it prints no JSON

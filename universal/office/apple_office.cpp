@@ -53,7 +53,8 @@ void appleOffice(const FileInfo& info,
   const fs::path exported = wanted.isWorkbook ? context.workspace / "numbers.xlsx" : output;
   const fs::path script = context.workspace / "export.applescript";
   FileSystem::writeAtomically(script, asBytes(scriptFor(wanted)));
-  context.run("osascript", {script.string(), info.url.string(), exported.string()}, timeout);
+  context.run(
+      "osascript", {script.string(), info.url.string(), exported.string()}, timeout, {info.url});
   if (wanted.isWorkbook) {
     office(exported, target, output, context);
   }

@@ -75,7 +75,7 @@ fs::path exported(const fs::path& input, std::string_view target, const JobConte
   FileSystem::createDirectory(folder, FileSystem::ownerOnly);
   const fs::path profile = fs::absolute(context.workspace / "lo-profile");
   makeOfficeProfile(profile, context.toolchain.find("soffice").value_or(fs::path()));
-  context.run("soffice", argumentsFor(input, target, folder, profile), timeout);
+  context.run("soffice", argumentsFor(input, target, folder, profile), timeout, {input});
   fs::path result = folder / resultName(input, target);
   std::error_code ignored;
   if (!fs::exists(result, ignored)) {

@@ -37,6 +37,9 @@ Words placesOf(const ConfinedEngine& engine) {
   if (!engine.sockets.empty()) {
     append(words, {"--sockets", engine.sockets.string()});
   }
+  for (const fs::path& place : engine.readable) {
+    append(words, {"--read", place.string()});
+  }
   return words;
 }
 
@@ -87,8 +90,13 @@ std::string tryOut(const Confinement& confinement, const TrialGround& ground) tr
   }
   const fs::path inside = FileSystem::resolved(ground.inside());
   const ProcessLog log(inside);
-  const ConfinedEngine trial = {
-      helper(), {"--trial", inside.string(), ground.outside().string()}, inside, inside, {}, {}};
+  const ConfinedEngine trial = {helper(),
+                                {"--trial", inside.string(), ground.outside().string()},
+                                inside,
+                                inside,
+                                {},
+                                {},
+                                {helper()}};
   EngineProcess process({confinement.command(trial), {}, log.descriptor()});
   const int status = process.exitStatus();
   const Bytes said = log.content();
@@ -139,7 +147,9 @@ std::string Confinement::description() const {
   }
   switch (*level_) {
     case ConfinementLevel::ownMounts:
-      return "Engines run confined by mounts of their own, Landlock and a system-call filter.";
+      return "Engines run confined by mounts of their own, Landlock and a system-call filter: they "
+             "read the "
+             "files of their job and the system's own, and have no network.";
     case ConfinementLevel::bubblewrap:
       return "Engines run confined by bubblewrap, Landlock and a system-call filter, because "
              "mounts of their own are not allowed here (" +

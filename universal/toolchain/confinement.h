@@ -8,8 +8,8 @@
 
 namespace tolvane {
 
-/// The ways to confine an engine, the best first. Each gives the same: no network, and nothing
-/// outside the engine's own places can be changed.
+/// The ways to confine an engine, the best first. Each gives the same: no network, nothing outside
+/// the engine's own places can be changed, and no file can be read that is not named to it.
 enum class ConfinementLevel {
   ownMounts,      ///< read-only mounts of its own, path rules (Landlock), system-call filter
   bubblewrap,     ///< bubblewrap makes the mounts, where only that program may
@@ -25,6 +25,9 @@ struct ConfinedEngine {
   std::filesystem::path sockets;  ///< may hold sockets and be written; empty for none
   std::filesystem::path
       cover;  ///< an existing folder in whose place `sockets` is seen; may be empty
+  /// What it may read besides its own places: files, and folders with all that is below them. Those
+  /// that do not exist are passed over.
+  std::vector<std::filesystem::path> readable = {};
 };
 
 /// How engines are confined on this machine. Immutable.
@@ -33,8 +36,8 @@ class Confinement {
   /// Found out at the first call, which takes a few milliseconds. Any thread.
   [[nodiscard]] static const Confinement& ofThisMachine();
 
-  /// Takes the first of `levels` that passes a real trial here: a write, a change of permissions
-  /// and a socket outside must all be refused.
+  /// Takes the first of `levels` that passes a real trial here: a write, a reading, a change of
+  /// permissions and a socket outside must all be refused.
   /// @param newestPathRules behave as on a kernel whose Landlock is of that version.
   [[nodiscard]] static Confinement firstThatHolds(
       const std::vector<ConfinementLevel>& levels,

@@ -10,6 +10,7 @@
 #include "platform/files/platform_error.h"
 #include "platform/process/engine_process.h"
 #include "platform/process/process_log.h"
+#include "universal/toolchain/readable_places.h"
 #include "universal/toolchain/socket_directory.h"
 
 namespace tolvane {
@@ -45,15 +46,25 @@ bool asksForLocalTimeOften(std::string_view engine) {
   return engine == "7zz" || engine == "zip" || engine == "unzip";
 }
 
+/// Of the user's environment, what says how text is written and what time it is. The rest may hold
+/// passwords, or change what an engine does.
+bool isPassedOn(std::string_view name) {
+  return name == "PATH" || name == "LANG" || name == "LANGUAGE" || name == "TZ" ||
+         name.starts_with("LC_");
+}
+
 EngineProcess::Environment environmentFor(const EngineRun& run, const fs::path& scratch) {
   EngineProcess::Environment environment = run.environment;
-  for (const char* name : {"TMPDIR", "MAGICK_TEMPORARY_PATH", "XDG_CACHE_HOME"}) {
+  for (const char* name : {"HOME", "TMPDIR", "MAGICK_TEMPORARY_PATH", "XDG_CACHE_HOME"}) {
     environment.emplace(name, scratch.string());
+  }
+  if (const fs::path data = ReadablePlaces::ownData(); !data.empty()) {
+    environment.emplace("XDG_DATA_HOME", data.string());  // where the user's fonts are looked for
   }
   for (char** entry = environ; *entry != nullptr; ++entry) {
     const std::string_view text = *entry;
     const std::size_t equals = text.find('=');
-    if (equals != std::string_view::npos) {
+    if (equals != std::string_view::npos && isPassedOn(text.substr(0, equals))) {
       environment.emplace(text.substr(0, equals), text.substr(equals + 1));
     }
   }
@@ -153,9 +164,12 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   std::optional<SocketDirectory> sockets;  // goes after the log
   const fs::path folder = fs::absolute(run.in);
   const ProcessLog log(folder);
-  ConfinedEngine engine = {*program, run.arguments, folder, {}, {}, {}};
+  ConfinedEngine engine = {*program, run.arguments, folder, {}, {}, {}, {}};
   engine.folder = fs::absolute(run.currentDirectory.value_or(folder));
   engine.root = FileSystem::resolved(run.writableRoot.value_or(folder));
+  engine.readable = ReadablePlaces::of(run.name, *program);
+  engine.readable.insert(engine.readable.end(), run.inputs.begin(), run.inputs.end());
+  engine.readable.push_back(folder);
   if (run.name == officeSuite) {
     sockets.emplace();
     sockets->addTo(engine);

@@ -24,7 +24,11 @@ struct EngineRun {
   std::vector<std::string> arguments;  ///< passed on unchanged: no shell, no quoting
   std::filesystem::path in;            ///< the job's workspace: holds the log and scratch files
   double timeout = 0;                  ///< seconds from the launch on
-  std::map<std::string, std::string> environment = {};  ///< overrides everything inherited
+  /// The files, and folders with all that is below them, that it may read besides `in`, the
+  /// writable tree and what belongs to the engine itself. Everything else of the user's stays
+  /// closed.
+  std::vector<std::filesystem::path> inputs = {};
+  std::map<std::string, std::string> environment = {};  ///< overrides the few inherited ones
   std::set<std::int32_t> accepted = {0};                ///< exit statuses that count as success
   /// The tree in which the engine may write; absent means `in`.
   std::optional<std::filesystem::path> writableRoot = std::nullopt;

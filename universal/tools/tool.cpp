@@ -24,6 +24,7 @@ fs::path compressedPdf(const fs::path& input, const JobContext& context) {
                                        output.string()},
                          .in = context.workspace,
                          .timeout = timeLimit,
+                         .inputs = {input},
                          .accepted = {succeeded, succeededWithWarnings}},
                         context.token);
   return output;

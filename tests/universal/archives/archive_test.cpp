@@ -39,9 +39,9 @@ class ArchiveTest : public UniversalFixture {
     const fs::path folder = workspace() / "read";
     fs::create_directory(folder);
     if (archive.extension() == ".zip") {
-      withEngines().run("unzip", {"-q", archive, "-d", folder}, 60);
+      withEngines().run("unzip", {"-q", archive, "-d", folder}, 60, {archive});
     } else {
-      withEngines().run("tar", {"-xf", archive, "-C", folder}, 60);
+      withEngines().run("tar", {"-xf", archive, "-C", folder}, 60, {archive});
     }
     Files files;
     for (const auto& item : fs::recursive_directory_iterator(folder)) {

@@ -46,7 +46,11 @@ TEST_F(JoinedVideoTest, WritesClipsOfOneFormatAndJoinsThem) {
       " -shortest -vf scale=1920:1080:force_original_aspect_ratio=decrease,"
       "pad=1920:1080:(ow-iw)/2:(oh-ih)/2,setsar=1 -r 30 -c:v libx264 -preset fast -pix_fmt yuv420p "
       "-c:a aac -ar 48000 -ac 2 -b:a 192k -map_metadata -1 WORK/clip-";
-  const std::string only = start + "-protocol_whitelist file,pipe -i ";
+  std::string only = start;
+  for (const std::string& argument : UniversalEngine::allowedSources()) {
+    only += argument + " ";
+  }
+  only += "-i ";
   EXPECT_THAT(
       linesOf("ffmpeg"),
       ElementsAre(only + "'WORK/a b.mov' -map 0:v:0 -map 0:a:0" + frame + "0.mp4",

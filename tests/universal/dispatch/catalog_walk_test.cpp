@@ -176,7 +176,11 @@ class CatalogWalkTest : public SampleFixture, public ::testing::WithParamInterfa
   fs::path partOf(const fs::path& clip, const std::string& arguments, const fs::path& part) {
     const Names all =
         support::words("-v error -i " + clip.string() + " " + arguments + " " + part.string());
-    toolchain_.run({.name = "ffmpeg", .arguments = all, .in = part.parent_path(), .timeout = 60},
+    toolchain_.run({.name = "ffmpeg",
+                    .arguments = all,
+                    .in = part.parent_path(),
+                    .timeout = 60,
+                    .inputs = {clip}},
                    token_);
     return part;
   }

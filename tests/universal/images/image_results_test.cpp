@@ -40,7 +40,7 @@ class ImageResultsTest : public support::UniversalFixture {
     support::writePng(source, support::gradient(40, 30, PixelLayout::rgb));
     arguments.insert(arguments.begin(), source.string());
     arguments.push_back((workspace() / name).string());
-    (void)withEngines().run("magick", arguments, 60);
+    (void)withEngines().run("magick", arguments, 60, {folder_.path()});
     return workspace() / name;
   }
 
@@ -253,7 +253,7 @@ TEST_F(ImageResultsTest, ReadsAndWritesTheFileThatIsMeantWhateverItsName) {
       const fs::path result = imageTool({input, FileKind::image, ""}, "compress", {}, job);
       ASSERT_EQ(result, folder / "result-compress.png");
       EXPECT_EQ(pixelAt(decoded(result), 9, 9), Bytes({255, 0, 0})) << input;
-      EXPECT_NO_THROW((void)job.run("magick", {"identify", enginePath(result, job)}, 60));
+      EXPECT_NO_THROW((void)job.run("magick", {"identify", enginePath(result, job)}, 60, {result}));
       fs::remove(result);
     }
   }

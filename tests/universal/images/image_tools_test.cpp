@@ -22,7 +22,7 @@ class ImageToolsTest : public support::UniversalFixture {
  protected:
   /// A picture that is 120 x 200 to the user.
   ImageToolsTest() {
-    const fs::path upright = folder_ / "upright.png";
+    const fs::path upright = workspace() / "upright.png";
     support::writePng(upright, support::gradient(120, 200, PixelLayout::rgb));
     standIn("magick", "cp '" + upright.string() + "' \"$output\"");
   }

@@ -116,14 +116,17 @@ TEST_F(StandInTest, HearTheWholeCommandLine) {
   standIn("ffprobe", "echo '{\"streams\":[{\"codec_type\":\"audio\"}]}'");
   standIn("ffmpeg");
   const fs::path output = workspace() / "result.mp3";
+  const std::string sources =
+      "-protocol_whitelist file,pipe -format_whitelist aac,ac3,aiff,amr,ape,asf,au,avi,caf,eac3"
+      ",flac,flv,loas,m4v,matroska,mov,mp3,mpeg,mpegts,ogg,tta,w64,wav,wv";
   UniversalEngine::media(
       {"/clips/a.mp4", FileKind::video, ""}, "mp3", {}, output, {}, withStandIns());
   EXPECT_THAT(runsOf("ffprobe"),
-              ElementsAre(words("-v error -protocol_whitelist file,pipe -show_format -show_streams "
-                                "-of json /clips/a.mp4")));
+              ElementsAre(words("-v error " + sources +
+                                " -show_format -show_streams -of json /clips/a.mp4")));
   EXPECT_THAT(runsOf("ffmpeg"),
-              ElementsAre(words("-hide_banner -loglevel error -nostdin -y -protocol_whitelist "
-                                "file,pipe -i /clips/a.mp4 -map 0:a:0 -vn -c:a libmp3lame "
+              ElementsAre(words("-hide_banner -loglevel error -nostdin -y " + sources +
+                                " -i /clips/a.mp4 -map 0:a:0 -vn -c:a libmp3lame "
                                 "-b:a 268k -map_metadata -1 " +
                                 output.string())));
 }

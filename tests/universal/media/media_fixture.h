@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "engine/json/value_json.h"
 #include "tests/support/universal_fixture.h"
 #include "universal/media/media_probe.h"
 
@@ -51,16 +52,22 @@ class MediaFixture : public UniversalFixture {
   };
 
   Content described(const std::filesystem::path& file) const {
-    const Value::Map probed = UniversalEngine::probe(file, context_);
+    // Without the limits of a job's input: results may be pictures, too.
+    const Bytes printed =
+        context_.run("ffprobe",
+                     {"-v", "error", "-show_format", "-show_streams", "-of", "json", file.string()},
+                     60,
+                     {file});
+    const Value probed = ValueJson::parse(asText(printed));
     Content content;
-    for (const Value& stream : *valueAt(probed, "streams").list()) {
+    for (const Value& stream : *probed["streams"].list()) {
       content.streams += (content.streams.empty() ? "" : ", ") + *stream["codec_name"].text() + " ";
       content.streams += *stream["codec_type"].text() == "video"
                              ? std::to_string(stream["width"].integer().value_or(0)) + "x" +
                                    std::to_string(stream["height"].integer().value_or(0))
                              : std::to_string(stream["channels"].integer().value_or(0));
     }
-    const std::string* duration = valueAt(probed, "format")["duration"].text();
+    const std::string* duration = probed["format"]["duration"].text();
     content.duration = duration != nullptr ? std::stod(*duration) : 0;
     return content;
   }

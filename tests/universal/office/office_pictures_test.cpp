@@ -141,7 +141,7 @@ TEST_F(OfficePicturesTest, PicturesInsideOfADocumentShow) {
   EXPECT_GT(magentaPixelsOf(page(address)), 500);
   const fs::path markdown = folder_.write("a.md", "![](" + address + "){width=5cm}\n");
   for (const char* name : {"held.docx", "held.odt"}) {
-    withEngines().run("pandoc", {markdown.string(), "-o", name}, 60);
+    withEngines().run("pandoc", {markdown.string(), "-o", name}, 60, {folder_.path()});
     EXPECT_GT(magentaPixelsOf(workspace() / name), 500) << name;
   }
 }

@@ -1,9 +1,7 @@
 #!/usr/bin/env python3
 """Converts hostile documents with the real program and searches every result for the secrets.
 
-usage: secrets_test.py PROGRAM GROUP [open | all]
-
-Without a third word, the roads that are known to be open are left out.
+usage: secrets_test.py PROGRAM GROUP
 """
 import importlib
 import os
@@ -15,7 +13,6 @@ import tempfile
 
 import bait
 from judge import Judge
-from still_open import STILL_OPEN
 
 
 class Laboratory:
@@ -54,18 +51,16 @@ def problem_of(road, status, said, folder):
     return ""
 
 
-def chosen(group, wanted):
-    """The roads of a group: those that are closed, those that are still open, or all."""
+def roads_of(group):
     roads = importlib.import_module(f"roads_{group}").ROADS
-    unknown = set(STILL_OPEN.get(group, ())) - {road.label for road in roads}
-    if unknown or len({road.file for road in roads}) < len(roads):
-        sys.exit(f"{group}: {sorted(unknown)} are unknown, or two roads have the same file")
-    return [road for road in roads if wanted == "all" or (road.label in STILL_OPEN.get(group, ())) == (wanted == "open")]
+    if len({road.file for road in roads}) < len(roads):
+        sys.exit(f"{group}: two roads have the same file")
+    return roads
 
 
 def main():
-    program, group, wanted = sys.argv[1:] if len(sys.argv) > 3 else (*sys.argv[1:], "closed")
-    roads, failures = chosen(group, wanted), 0
+    program, group = sys.argv[1:]
+    roads, failures = roads_of(group), 0
     with tempfile.TemporaryDirectory(prefix="secrets-", dir=os.getcwd()) as root:
         laboratory = Laboratory(os.path.abspath(program), root)
         for number, road in enumerate(roads):

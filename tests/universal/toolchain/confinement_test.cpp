@@ -68,7 +68,7 @@ std::vector<Line> attack(const std::string& level,
   return lines;
 }
 
-constexpr std::size_t attacks = 83;
+constexpr std::size_t attacks = 88;
 
 class AttackTest : public ::testing::TestWithParam<Setting> {};
 

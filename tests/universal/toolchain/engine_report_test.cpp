@@ -19,7 +19,8 @@ using ::testing::MatchesRegex;
 TEST(EngineReportTest, TellsTheVersionOfEveryInstalledEngine) {
   const EngineReport report = EngineReport::make(LocalToolchain());
   EXPECT_EQ(report.confinement,
-            "Engines run confined by mounts of their own, Landlock and a system-call filter.");
+            "Engines run confined by mounts of their own, Landlock and a system-call filter: they "
+            "read the files of their job and the system's own, and have no network.");
   ASSERT_EQ(report.engines.size(), 11U);
   for (const EngineStatus& engine : report.engines) {
     if (engine.name == "osascript") {

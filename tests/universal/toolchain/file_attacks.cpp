@@ -187,6 +187,25 @@ const std::vector<Attack>& onFiles() {
          const std::string file = "/dev/shm/tolvane-attack-" + std::to_string(::getpid());
          return opens(file, O_WRONLY | O_CREAT) && ::unlink(file.c_str()) == 0;
        }},
+      {"read", succeeds, [](const Ground& g) { return opens(g.outside + "/secret", O_RDONLY); }},
+      {"read through a link",
+       succeeds,
+       [](const Ground& g) {
+         const std::string link = g.inside + "/link-to-secret";
+         return ::symlink((g.outside + "/secret").c_str(), link.c_str()) == 0 &&
+                opens(link, O_RDONLY);
+       }},
+      {"list a folder",
+       succeeds,
+       [](const Ground& g) { return opens(g.outside, O_RDONLY | O_DIRECTORY); }},
+      {"read who the users are",
+       succeeds,
+       [](const Ground&) { return opens("/etc/passwd", O_RDONLY); }},
+      {"read the host's environment",
+       succeeds,
+       [](const Ground& g) {
+         return opens("/proc/" + std::to_string(g.host) + "/environ", O_RDONLY);
+       }},
       {"reopen descriptors", succeeds, reopensDescriptors},
       {"inherited descriptors", succeeds, hasInheritedDescriptors},
       {"the host's root",

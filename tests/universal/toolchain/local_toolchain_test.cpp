@@ -48,15 +48,16 @@ TEST_F(LocalToolchainTest, KeepsTheLogAndTheScratchFolderToTheOwner) {
       ::testing::MatchesRegex("600 .process\n700 .engine-\n" + workspace().string() + "\n"));
 }
 
-TEST_F(LocalToolchainTest, GivesTheCallersEnvironmentTheLastWord) {
+TEST_F(LocalToolchainTest, PassesOnlyAFewVariablesOn) {
   ::setenv("MAGICK_TEMPORARY_PATH", "/inherited", 1);  // NOLINT(concurrency-mt-unsafe)
   ::setenv("TOLVANE_INHERITED", "inherited", 1);       // NOLINT(concurrency-mt-unsafe)
-  EngineRun order = engine(
-      "talker",
-      "echo $TMPDIR; echo $MAGICK_TEMPORARY_PATH; echo $XDG_CACHE_HOME; echo $TOLVANE_INHERITED");
+  EngineRun order =
+      engine("talker",
+             "echo $TMPDIR; echo $MAGICK_TEMPORARY_PATH; echo $HOME; echo $XDG_CACHE_HOME; echo "
+             "$TOLVANE_INHERITED");
   order.environment = {{"XDG_CACHE_HOME", "/mine"}};
   const std::string scratch = (workspace() / ".engine-tmp").string() + "\n";
-  EXPECT_EQ(run(order), scratch + scratch + "/mine\ninherited\n");
+  EXPECT_EQ(run(order), scratch + scratch + scratch + "/mine\n\n");
 }
 
 TEST_F(LocalToolchainTest, NamesTheRulesOfLocalTimeToArchiversThatLackThem) {

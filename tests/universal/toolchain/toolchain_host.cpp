@@ -113,8 +113,9 @@ pid_t startVictim() {
 std::vector<std::string> layOut(const fs::path& folder) {
   const fs::path outside = folder / "outside";
   fs::create_directories(folder / "inside");
+  fs::create_directories(folder / "log");
   fs::create_directories(outside);
-  for (const char* name : {"target", "spare", "stolen", "doomed"}) {
+  for (const char* name : {"target", "spare", "stolen", "doomed", "secret"}) {
     ::close(::creat((outside / name).c_str(), 0600));
   }
   ::mkfifo((outside / "fifo").c_str(), 0600);
@@ -137,9 +138,11 @@ std::vector<std::string> layOut(const fs::path& folder) {
 
 int attack(const Order& order) {
   EngineRun run;
-  run.in = order.folder;
-  run.writableRoot = order.folder / "inside";
   run.arguments = layOut(order.folder);
+  run.in = order.folder / "log";
+  run.writableRoot = order.folder / "inside";
+  // As a document is: what can be read must still be safe from every change.
+  run.inputs = {order.folder / "outside/target"};
   if (order.level != "none") {
     return runConfined(order, run);
   }

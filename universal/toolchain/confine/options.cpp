@@ -40,6 +40,8 @@ void readValue(std::string_view name, const char* value, Options& options) {
     options.sockets = value;
   } else if (name == "--cover") {
     options.cover = value;
+  } else if (name == "--read") {
+    // Any number of them, and no memory to keep them in: they are read from the arguments again.
   } else {
     refuse(name);
   }
@@ -49,6 +51,7 @@ void readValue(std::string_view name, const char* value, Options& options) {
 
 Options readOptions(char** arguments) {
   Options options;
+  options.readable = arguments + 1;
   for (char** next = arguments + 1; *next != nullptr; ++next) {
     const std::string_view name = *next;
     if (name == "--") {

@@ -22,7 +22,8 @@ struct Options {
   const char* root = nullptr;     // --root: may be written
   const char* sockets = nullptr;  // --sockets: may be written and hold sockets; null for none
   const char* cover = nullptr;    // --cover: where the socket folder is shown as well
-  char** engine = nullptr;        // what follows --, ended by a null pointer
+  char** readable = nullptr;  // where the arguments begin, among which each --read names a place
+  char** engine = nullptr;    // what follows --, ended by a null pointer
 };
 
 /// Ends the process with a report when the arguments make no sense.

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
+#include <string_view>
 
 #include "universal/toolchain/confine/report.h"
 
@@ -12,6 +13,8 @@ namespace {
 
 // Spelled out, because Debian 12's headers end at version 2 of these rules.
 constexpr std::uint64_t writeFile = 1U << 1;
+constexpr std::uint64_t readFile = 1U << 2;
+constexpr std::uint64_t readDirectory = 1U << 3;
 constexpr std::uint64_t removeDirectory = 1U << 4;
 constexpr std::uint64_t removeFile = 1U << 5;
 constexpr std::uint64_t makeCharacterDevice = 1U << 6;
@@ -41,9 +44,9 @@ struct __attribute__((packed)) BelowPath {
 constexpr int ruleBelowPath = 1;
 
 std::uint64_t everyRight(int version) {
-  std::uint64_t rights = writeFile | removeDirectory | removeFile | makeCharacterDevice |
-                         makeDirectory | makeRegular | makeSocket | makeFifo | makeBlockDevice |
-                         makeSymbolicLink;
+  std::uint64_t rights = writeFile | readFile | readDirectory | removeDirectory | removeFile |
+                         makeCharacterDevice | makeDirectory | makeRegular | makeSocket | makeFifo |
+                         makeBlockDevice | makeSymbolicLink;
   rights |= version >= 2 ? moveBetweenFolders : 0;
   rights |= version >= 3 ? truncate : 0;
   rights |= version >= 5 ? controlDevice : 0;
@@ -72,18 +75,26 @@ int createRuleset(int version) {
 
 void allow(int rules, const char* path, std::uint64_t rights) {
   const Kernel::Answer place = Kernel::call(SYS_openat, AT_FDCWD, path, O_PATH | O_CLOEXEC);
-  if (place == -ENOENT) {
-    return;  // what is not there cannot be written anyway
+  if (place < 0) {
+    return;  // what cannot be reached can be neither read nor written
   }
-  Report::check(place, path);
   const BelowPath below = {rights, static_cast<std::int32_t>(place)};
   Kernel::Answer added = addRule(rules, below);
   if (added == -EINVAL) {
     // A file has no rights that only folders can have.
-    added = addRule(rules, {rights & (writeFile | truncate), below.parent});
+    added = addRule(rules, {rights & (readFile | writeFile | truncate), below.parent});
   }
   Report::check(added, path);
   Kernel::call(SYS_close, place);
+}
+
+/// Each place with all that is below it.
+void allowReading(int rules, const Options& options) {
+  for (char** word = options.readable; word + 1 < options.engine; ++word) {
+    if (std::string_view(*word) == "--read") {
+      allow(rules, *++word, readFile | readDirectory);
+    }
+  }
 }
 
 }  // namespace
@@ -103,7 +114,8 @@ void apply(const Options& options, int version) {
       allow(rules, place, inside);
     }
   }
-  allow(rules, "/dev/null", every & (writeFile | truncate));
+  allow(rules, "/dev/null", every & (readFile | writeFile | truncate));
+  allowReading(rules, options);
   Report::check(Kernel::call(SYS_landlock_restrict_self, rules, 0), "landlock_restrict_self");
   Kernel::call(SYS_close, rules);
 }

@@ -35,6 +35,9 @@ int run(const char* inside, const char* outside) {
   if (Kernel::call(SYS_openat, AT_FDCWD, outside, O_WRONLY | O_CLOEXEC) >= 0) {
     return disappointed("a file outside could be written");
   }
+  if (Kernel::call(SYS_openat, AT_FDCWD, outside, O_RDONLY | O_CLOEXEC) >= 0) {
+    return disappointed("a file outside could be read");
+  }
   if (Kernel::call(SYS_fchmodat, AT_FDCWD, outside, ownerOnly) == 0) {
     return disappointed("permissions outside could be changed");
   }
