@@ -9,7 +9,8 @@ ExitStatus actionCommand(const Arguments& arguments) {
   if (arguments.operands.empty()) {
     throw UsageError("Name an action and at least one file.");
   }
-  return runJob(arguments, arguments.operands.front(), 1, actionOptions(arguments));
+  const std::string& action = arguments.operands.front();
+  return runJob(arguments, action, 1, actionOptions(arguments, action));
 }
 
 }  // namespace tolvane

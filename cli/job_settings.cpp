@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "engine/json/value_json.h"
+#include "engine/native_action.h"
 
 namespace tolvane {
 
@@ -75,27 +76,20 @@ Value typedValue(const Setting& setting, const std::string& text) {
                    std::string(setting.hint) + ".");
 }
 
-std::string keysOf(const Value::List& fields) {
-  std::string keys;
-  for (const Value& field : fields) {
-    keys += (keys.empty() ? "" : ", ") + *field["key"].text();
+/// The type that the offer's field of this key names; empty when no field has it.
+std::string fieldType(const Value& offer, const std::string& key) {
+  const Value::List* fields = offer["fields"].list();
+  if (fields != nullptr) {
+    for (const Value& field : *fields) {
+      if (field["key"] == Value(key)) {
+        return *field["type"].text();
+      }
+    }
   }
-  return keys;
+  return "";
 }
 
-/// The type that the offer's field of this key names.
-std::string fieldType(const Value::List& fields, const std::string& key) {
-  const auto found = std::find_if(fields.begin(), fields.end(), [&key](const Value& field) {
-    return field["key"] == Value(key);
-  });
-  if (found == fields.end()) {
-    throw UsageError("This has no option " + key + ", only " + keysOf(fields) + ".");
-  }
-  return *(*found)["type"].text();
-}
-
-Value fieldValue(const Value::List& fields, const std::string& key, const std::string& text) {
-  const std::string type = fieldType(fields, key);
+Value fieldValue(const std::string& type, const std::string& key, const std::string& text) {
   if (type == "number") {
     return typedValue({key, SettingType::number, "a number"}, text);
   }
@@ -105,29 +99,44 @@ Value fieldValue(const Value::List& fields, const std::string& key, const std::s
   return text;
 }
 
-}  // namespace
-
-Value::Map offerOptions(const Arguments& arguments, const Value& fields) {
-  const bool hasFields = fields.list() != nullptr && !fields.list()->empty();
-  Value::Map options;
-  for (const auto& [key, text] : arguments.settings) {
-    options[key] =
-        hasFields ? fieldValue(*fields.list(), key, text) : parsed(text).value_or(Value(text));
-  }
-  return options;
+/// @param key of an option that some action has.
+Value actionValue(const std::string& key, const std::string& text) {
+  return typedValue(*std::find_if(settings.begin(),
+                                  settings.end(),
+                                  [&key](const Setting& setting) { return setting.key == key; }),
+                    text);
 }
 
-Value::Map actionOptions(const Arguments& arguments) {
-  Value::Map options;
+void requireKnown(const OptionKeys& known, const std::string& key) {
+  try {
+    known.require(key);
+  } catch (const UnknownOption& unknown) {
+    throw UsageError(unknown.what());
+  }
+}
+
+}  // namespace
+
+OfferJob offerJob(const Arguments& arguments, const Value& offer) {
+  const OptionKeys known = OptionKeys::ofOffer(offer);
+  Value::Map chosen;
   for (const auto& [key, text] : arguments.settings) {
-    const auto* found =
-        std::find_if(settings.begin(), settings.end(), [&wanted = key](const Setting& setting) {
-          return setting.key == wanted;
-        });
-    if (found == settings.end()) {
-      throw UsageError("No action has an option " + key + ".");
-    }
-    options[key] = typedValue(*found, text);
+    requireKnown(known, key);
+    const std::string type = fieldType(offer, key);
+    chosen[key] = type.empty() ? actionValue(key, text) : fieldValue(type, key, text);
+  }
+  return OfferJob::make(offer, chosen);
+}
+
+Value::Map actionOptions(const Arguments& arguments, const std::string& action) {
+  Value::Map options;
+  if (!nativeAction(action)) {
+    return options;
+  }
+  const OptionKeys known = OptionKeys::ofAction(action);
+  for (const auto& [key, text] : arguments.settings) {
+    requireKnown(known, key);
+    options[key] = actionValue(key, text);
   }
   return options;
 }

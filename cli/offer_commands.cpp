@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "cli/job_run.h"
 #include "cli/job_settings.h"
@@ -32,13 +33,11 @@ ExitStatus runOffer(const Arguments& arguments,
                     const char* group,
                     const std::string& id) {
   const Value offer = offerFor(arguments, firstFile, group, id);
-  const std::string* native = offer["nativeAction"].text();
-  if (native != nullptr && !native->empty()) {
-    return runJob(arguments, *native, firstFile, actionOptions(arguments));
+  if (offer.isNull()) {
+    return runJob(arguments, "universal", firstFile, {{"capabilityID", id}});
   }
-  Value::Map options = offerOptions(arguments, offer["fields"]);
-  options["capabilityID"] = id;
-  return runJob(arguments, "universal", firstFile, std::move(options));
+  OfferJob job = offerJob(arguments, offer);
+  return runJob(arguments, job.action, firstFile, std::move(job.options));
 }
 
 }  // namespace

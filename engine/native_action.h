@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string_view>
 
 #include "engine/primitives/file_info.h"
@@ -28,5 +29,8 @@ enum class NativeAction {
 
 /// What every input of the action must be: FileKind::pdf or FileKind::image.
 [[nodiscard]] FileKind inputKind(NativeAction action);
+
+/// Keys of the options that change what the action does.
+[[nodiscard]] std::span<const std::string_view> optionsOf(NativeAction action);
 
 }  // namespace tolvane

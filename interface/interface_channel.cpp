@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QQmlEngine>
 
+#include "bridge/offer_job.h"
 #include "interface/value_variant.h"
 
 namespace tolvane {
@@ -51,6 +52,18 @@ void InterfaceChannel::call(const QString& method,
         std::visit(answer, reply);
         answered.call({engine->toScriptValue(answer.result), engine->toScriptValue(answer.error)});
       });
+}
+
+QVariantMap InterfaceChannel::jobOf(const QVariantMap& offer, const QVariantMap& chosen) {
+  try {
+    const OfferJob job =
+        OfferJob::make(ValueVariant::toValue(offer), *ValueVariant::toValue(chosen).map());
+    return {{"action", ValueVariant::fromText(job.action)},
+            {"options", ValueVariant::fromMap(job.options)}};
+  } catch (const UnknownOption& unknown) {
+    qjsEngine(this)->throwError(ValueVariant::fromText(unknown.what()));
+    return {};
+  }
 }
 
 }  // namespace tolvane

@@ -22,6 +22,10 @@ class InterfaceChannel final : public QObject {
                         const QVariantMap& arguments = {},
                         const QJSValue& answered = {});
 
+  /// @param offer as the host sent it. @param chosen the options that the user set.
+  /// @return "action" and "options" of the offer's job. Throws in the script for a wrong option.
+  Q_INVOKABLE QVariantMap jobOf(const QVariantMap& offer, const QVariantMap& chosen);
+
  Q_SIGNALS:
   void event(const QVariantMap& event);
 

@@ -60,10 +60,9 @@ FocusScope {
         }
     }
     function run(options) {
-        var action = offer.nativeAction !== "" ? offer.nativeAction : "universal"
-        if (action === "universal")
-            options.capabilityID = offer.id
-        var request = {id: String(++lastJob), action: action, inputs: files.map((file) => file.path), options: options}
+        var request = channel.jobOf(offer, options)
+        request.id = String(++lastJob)
+        request.inputs = files.map((file) => file.path)
         if (destination !== "")
             request.destination = destination
         job = {id: request.id, completed: 0, total: 0}

@@ -6,9 +6,14 @@ Page {
 
     property var offer: null
     property string destination: ""
-    readonly property var definitions: offer === null ? [] : fieldsOf(offer)
     signal chooseFolder()
     signal run(var options)
+
+    // Another offer starts from its own defaults, also where its fields are the same.
+    onOfferChanged: {
+        fields.model = []
+        fields.model = offer === null ? [] : fieldsOf(offer)
+    }
 
     title: offer === null ? "" : offer.title
 
@@ -56,7 +61,6 @@ Page {
     }
     Repeater {
         id: fields
-        model: editor.definitions
         OptionField {
             width: parent.width
             theme: editor.theme

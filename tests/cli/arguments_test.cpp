@@ -35,6 +35,7 @@ TEST(ArgumentsTest, TakesOptionsAnywhereUntilTheyAreEnded) {
 struct UsageCase {
   std::vector<std::string> words;
   const char* expected;
+  const char* action = "edit_pdf";
 };
 void PrintTo(const UsageCase& c, std::ostream* out) {
   *out << ::testing::PrintToString(c.words);
@@ -43,8 +44,10 @@ void PrintTo(const UsageCase& c, std::ostream* out) {
 class UsageTest : public testing::TestWithParam<UsageCase> {};
 
 TEST_P(UsageTest, SaysWhatIsWrong) {
-  EXPECT_EQ(failureText([] { return actionOptions(Arguments::parse(GetParam().words)); }),
-            GetParam().expected);
+  const auto options = [] {
+    return actionOptions(Arguments::parse(GetParam().words), GetParam().action);
+  };
+  EXPECT_EQ(failureText(options), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -55,32 +58,31 @@ INSTANTIATE_TEST_SUITE_P(
         UsageCase{{"--json=1"}, "There is no option --json=1."},
         UsageCase{{"--out"}, "The option --out needs a value."},
         UsageCase{{"--set", "range"}, "Write --set KEY=VALUE, not --set range."},
-        UsageCase{{"--set", "colour=1"}, "No action has an option colour."},
-        UsageCase{{"--set", "quality=high"}, "The option quality needs a number such as 0.8."},
-        UsageCase{{"--set", "quality=true"}, "The option quality needs a number such as 0.8."},
+        UsageCase{{"--set", "range=2"}, "This has no option range, only pages, rotations."},
+        UsageCase{{"--set", "range=2"}, "This has no option range, nor any other.", "rotate_pdf"},
+        UsageCase{{"--set", "dpi=300"}, "This has no option dpi, only quality.", "pdf_jpeg"},
+        UsageCase{{"--set", "quality=high"},
+                  "The option quality needs a number such as 0.8.",
+                  "image_jpeg"},
+        UsageCase{{"--set", "quality=true"},
+                  "The option quality needs a number such as 0.8.",
+                  "pdf_jpeg"},
         UsageCase{{"--set", "maxDimension=16.5"},
-                  "The option maxDimension needs a whole number such as 1600."},
+                  "The option maxDimension needs a whole number such as 1600.",
+                  "resize"},
         UsageCase{{"--set", "pages={}"}, "The option pages needs a list such as [2,0]."},
         UsageCase{{"--set", R"(pages=["a"])"}, "The option pages needs a list such as [2,0]."},
         UsageCase{{"--out", ""}, "A file name is empty."}));
 
 TEST(JobSettingsTest, GivesEachOptionItsType) {
-  const Arguments arguments = Arguments::parse({"--set",
-                                                "range=3",
-                                                "--set",
-                                                "quality=0.5",
-                                                "--set",
-                                                "maxDimension=800",
-                                                "--set",
-                                                "pages=[2,0]",
-                                                "--set",
-                                                R"(rotations={"2":90})"});
-  EXPECT_EQ(Value(actionOptions(arguments)),
-            Value(Value::Map{{"range", "3"},
-                             {"quality", 0.5},
-                             {"maxDimension", 800},
-                             {"pages", Value::List{2, 0}},
-                             {"rotations", Value::Map{{"2", 90}}}}));
+  const auto typed = [](const char* action, std::vector<std::string> settings) {
+    return Value(actionOptions(Arguments::parse(std::move(settings)), action));
+  };
+  EXPECT_EQ(typed("split_pdf", {"--set", "range=3"}), Value(Value::Map{{"range", "3"}}));
+  EXPECT_EQ(typed("pdf_jpeg", {"--set", "quality=0.5"}), Value(Value::Map{{"quality", 0.5}}));
+  EXPECT_EQ(typed("resize", {"--set", "maxDimension=8"}), Value(Value::Map{{"maxDimension", 8}}));
+  EXPECT_EQ(typed("edit_pdf", {"--set", "pages=[2,0]", "--set", R"(rotations={"2":90})"}),
+            Value(Value::Map{{"pages", Value::List{2, 0}}, {"rotations", Value::Map{{"2", 90}}}}));
 }
 
 }  // namespace

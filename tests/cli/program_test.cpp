@@ -144,11 +144,34 @@ TEST_F(ProgramTest, TellsWrongUsageFromFailure) {
   EXPECT_EQ(run({"inspect", path("missing")}), 1);
 }
 
-TEST_F(ProgramTest, RefusesOptionsThatAnOfferDoesNotHave) {
-  EXPECT_EQ(run({"convert", path("a.pdf"), "--to", "txt", "--set", "orc=false"}), 2);
-  EXPECT_EQ(err(), "This has no option orc, only ocr. See tolvane --help.\n");
-  EXPECT_EQ(run({"tool", "split", path("a.pdf"), "--set", "rnage=1"}), 2);
-  EXPECT_EQ(err(), "No action has an option rnage. See tolvane --help.\n");
+TEST_F(ProgramTest, RefusesOptionsThatWouldDoNothing) {
+  const std::string pdf = path("a.pdf");
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"convert", pdf, "--to", "txt", "--set", "orc=false"}, "orc, only ocr."},
+      {{"convert", pdf, "--to", "png", "--set", "dpi=300"}, "dpi, nor any other."},
+      {{"tool", "metadata", pdf, "--set", "dpi=300"}, "dpi, nor any other."},
+      {{"tool", "split", pdf, "--set", "rnage=1"}, "rnage, only range."},
+      {{"tool", "rotate", pdf, "--set", "range=2"}, "range, nor any other."},
+      {{"action", "rotate_pdf", pdf, "--set", "range=2"}, "range, nor any other."}};
+  for (const auto& [words, expected] : cases) {
+    EXPECT_EQ(run(words), 2);
+    EXPECT_EQ(err(), std::string("This has no option ") + expected + " See tolvane --help.\n");
+  }
+}
+
+TEST_F(ProgramTest, AToolTakesTheOptionsThatItsOfferShows) {
+  ASSERT_EQ(run({"action", "pdf_jpeg", path("a.pdf")}), 0);
+  const auto compressed = [this](const std::vector<std::string>& settings) {
+    std::vector<std::string> words = {"tool", "compress", path("a-page-1.jpg")};
+    words.insert(words.end(), settings.begin(), settings.end());
+    EXPECT_EQ(run(words), 0) << err();
+    return contentOf(path("result-compress.jpg"));
+  };
+  const std::string shown = compressed({});
+  std::filesystem::remove(path("result-compress.jpg"));
+  EXPECT_EQ(compressed({"--set", "quality=0.75"}), shown);
+  std::filesystem::remove(path("result-compress.jpg"));
+  EXPECT_NE(compressed({"--set", "quality=0.9"}), shown);
 }
 
 TEST_F(ProgramTest, ListsOffers) {
