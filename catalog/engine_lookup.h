@@ -24,15 +24,20 @@ class EngineLookup {
 
   [[nodiscard]] bool hasEngine(std::string_view engine);
   [[nodiscard]] bool hasApplication(std::string_view bundle);
+  /// Whether the installed "magick" can draw SVG: version 6 leaves that to rsvg-convert.
+  [[nodiscard]] bool drawsVectorImages();
+  /// Whether the installed "7zz" can unpack RAR, which some systems take out of it. Runs it.
+  [[nodiscard]] bool unpacksRar();
 
  private:
+  [[nodiscard]] bool listsRarCodec() const;
   template <typename Question>
   [[nodiscard]] bool remembered(std::string_view program, const Question& ask);
   [[nodiscard]] static bool standsOnDisk(const std::filesystem::path& path);
 
   const LocalToolchain& toolchain_;
   ExistenceTest applicationExists_;
-  std::map<std::string, bool, std::less<>> answers_;  ///< by engine name or bundle path
+  std::map<std::string, bool, std::less<>> answers_;  ///< by engine name, bundle path or ability
 };
 
 }  // namespace tolvane

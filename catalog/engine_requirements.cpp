@@ -59,8 +59,19 @@ Requirement needsImageMagick(EngineLookup& engines) {
   return toolNeeds("magick", "ImageMagick (magick)", engines);
 }
 
-Requirement imageRequirement(std::string_view target, EngineLookup& engines) {
+/// What reading a picture needs, whatever is made of it.
+Requirement pictureRequirement(std::string_view source, EngineLookup& engines) {
   if (Requirement missing = needsImageMagick(engines)) {
+    return missing;
+  }
+  const bool isDrawn = source != "svg" || engines.drawsVectorImages();
+  return isDrawn ? std::nullopt : needs("rsvg-convert", engines);
+}
+
+Requirement imageRequirement(std::string_view source,
+                             std::string_view target,
+                             EngineLookup& engines) {
+  if (Requirement missing = pictureRequirement(source, engines)) {
     return missing;
   }
   return target == "docx" ? needs("pandoc", engines) : std::nullopt;
@@ -69,6 +80,23 @@ Requirement imageRequirement(std::string_view target, EngineLookup& engines) {
 Requirement pdfRequirement(std::string_view target, EngineLookup& engines) {
   return TextTables::isOneOf(target, {"docx", "pptx", "epub"}) ? needs("pandoc", engines)
                                                                : std::nullopt;
+}
+
+Requirement mediaRequirement(EngineLookup& engines) {
+  Requirement missing = needs("ffmpeg", engines);
+  return missing ? missing : needs("ffprobe", engines);
+}
+
+Requirement archiveRequirement(std::string_view source,
+                               std::string_view target,
+                               EngineLookup& engines) {
+  if (Requirement missing = needs("7zz", engines)) {
+    return missing;
+  }
+  if (source == "rar" && !engines.unpacksRar()) {
+    return "Requires a local 7zz that unpacks RAR. Install it and reselect the file.";
+  }
+  return target == "zip" ? std::nullopt : needs("tar", engines);
 }
 
 Requirement spreadsheetRequirement(std::string_view source,
@@ -84,15 +112,17 @@ Requirement spreadsheetRequirement(std::string_view source,
 Requirement documentRequirement(std::string_view source,
                                 std::string_view target,
                                 EngineLookup& engines) {
-  if (TextTables::isOneOf(target, {"pdf", "png", "jpg"}) &&
-      TextTables::isOneOf(source, {"docx", "odt"})) {
+  const bool isPaged = TextTables::isOneOf(target, {"pdf", "png", "jpg"});
+  if (isPaged && TextTables::isOneOf(source, {"docx", "odt"})) {
     return needs("soffice", engines);
   }
-  // HTML is read by pandoc, although the text engine writes it.
+  if (TextTables::isOneOf(source, {"html", "htm"})) {
+    // The suite lays it out; else pandoc reads it, although the text engine writes it.
+    return isPaged && engines.hasEngine("soffice") ? std::nullopt : needs("pandoc", engines);
+  }
   const bool isPlainOrRich =
-      TextTables::isOneOf(source, {"txt", "md", "rtf", "rtfd", "textclipping"});
-  if (isPlainOrRich &&
-      TextTables::isOneOf(target, {"pdf", "png", "jpg", "txt", "md", "rtf", "html"})) {
+      TextTables::isOneOf(source, {"txt", "md", "markdown", "rtf", "rtfd", "textclipping"});
+  if (isPlainOrRich && (isPaged || TextTables::isOneOf(target, {"txt", "md", "rtf", "html"}))) {
     return std::nullopt;
   }
   return needs("pandoc", engines);
@@ -109,12 +139,12 @@ Requirement requirement(FileKind kind,
   }
   switch (kind) {
     case FileKind::image:
-      return imageRequirement(target, engines);
+      return imageRequirement(source, target, engines);
     case FileKind::pdf:
       return pdfRequirement(target, engines);
     case FileKind::video:
     case FileKind::audio:
-      return needs("ffmpeg", engines);
+      return mediaRequirement(engines);
     case FileKind::presentation:
       return needs("soffice", engines);
     case FileKind::spreadsheet:
@@ -123,14 +153,17 @@ Requirement requirement(FileKind kind,
     case FileKind::ebook:
       return documentRequirement(source, target, engines);
     case FileKind::archive:
-      return needs("7zz", engines);
+      return archiveRequirement(source, target, engines);
     case FileKind::subtitle:
       return std::nullopt;
   }
   return std::nullopt;
 }
 
-Requirement toolRequirement(FileKind kind, std::string_view tool, EngineLookup& engines) {
+Requirement toolRequirement(FileKind kind,
+                            std::string_view source,
+                            std::string_view tool,
+                            EngineLookup& engines) {
   if (kind == FileKind::pdf) {
     return tool == "compress" ? toolNeeds("qpdf", "qpdf", engines) : std::nullopt;
   }
@@ -139,10 +172,12 @@ Requirement toolRequirement(FileKind kind, std::string_view tool, EngineLookup& 
   }
   switch (kind) {
     case FileKind::image:
-      return needsImageMagick(engines);
+      return pictureRequirement(source, engines);
     case FileKind::video:
-    case FileKind::audio:
-      return toolNeeds("ffmpeg", "ffmpeg", engines);
+    case FileKind::audio: {
+      Requirement missing = toolNeeds("ffmpeg", "ffmpeg", engines);
+      return missing ? missing : toolNeeds("ffprobe", "ffprobe", engines);
+    }
     default:
       return std::nullopt;
   }

@@ -9,10 +9,11 @@
 
 namespace tolvane::CapabilityCatalog {
 
-/// What a tool still needs; the counterpart of requirement() for conversions.
-/// @param tool its name, such as "crop".
+/// What a tool still needs for one file; the counterpart of requirement() for conversions.
+/// @param source the file's extension in lower case. @param tool its name, such as "crop".
 /// @return a sentence for the user; nullopt when the tool can run.
 [[nodiscard]] std::optional<std::string> toolRequirement(FileKind kind,
+                                                         std::string_view source,
                                                          std::string_view tool,
                                                          EngineLookup& engines);
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -8,6 +9,7 @@
 #include "catalog/labels.h"
 #include "catalog/text_tables.h"
 #include "catalog/tool_fields.h"
+#include "platform/files/file_names.h"
 
 namespace tolvane::CapabilityCatalog {
 
@@ -85,13 +87,28 @@ std::string_view warning(std::string_view tool) {
   return "";
 }
 
-FileCapability offer(FileKind kind, std::string_view tool, EngineLookup& engines) {
+std::optional<std::string> firstRequirement(const std::vector<FileInfo>& files,
+                                            std::string_view tool,
+                                            EngineLookup& engines) {
+  for (const FileInfo& file : files) {
+    if (auto missing =
+            toolRequirement(file.kind, FileNames::lowerExtension(file.url), tool, engines)) {
+      return missing;
+    }
+  }
+  return std::nullopt;
+}
+
+FileCapability offer(const std::vector<FileInfo>& files,
+                     std::string_view tool,
+                     EngineLookup& engines) {
+  const FileKind kind = files.front().kind;
   FileCapability capability;
   capability.id.append("tool.").append(tool);
   capability.title = Labels::title(tool).value_or(Labels::capitalized(tool));
   capability.ext = outputExtension(kind, tool);
   capability.summary = Labels::capitalized(name(kind)) + " · local operation";
-  capability.requirement = toolRequirement(kind, tool, engines);
+  capability.requirement = firstRequirement(files, tool, engines);
   capability.warning = warning(tool);
   capability.combined = TextTables::isOneOf(tool, {"collage", "join", "create_pdf"});
   capability.nativeAction = kind == FileKind::pdf ? pdfAction(tool) : std::nullopt;
@@ -114,7 +131,7 @@ std::vector<FileCapability> tools(const std::vector<FileInfo>& files,
   std::vector<FileCapability> offers;
   EngineLookup engines(toolchain);
   for (const std::string_view tool : toolsOf(kind, files.size())) {
-    offers.push_back(offer(kind, tool, engines));
+    offers.push_back(offer(files, tool, engines));
   }
   return offers;
 }

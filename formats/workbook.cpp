@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "engine/primitives/conversion_failure.h"
 #include "formats/worksheet_text.h"
@@ -129,8 +130,12 @@ void workbook(const Table& rows,
   const PackageFolder package(workspace);
   writeFixedParts(package.path());
   writeWorksheet(rows, package.path() / worksheetPart, token);
-  toolchain.run({.name = "zip",
-                 .arguments = {"-qr", to.string(), "."},
+  // 7zz makes such packages, too.
+  const bool hasZip = toolchain.find("zip") || !toolchain.find("7zz");
+  const std::string name = to.string();
+  toolchain.run({.name = hasZip ? "zip" : "7zz",
+                 .arguments = hasZip ? std::vector<std::string>{"-qr", name, "."}
+                                     : std::vector<std::string>{"a", "-tzip", name, "."},
                  .in = workspace,
                  .timeout = zipTimeout,
                  .environment = {{"ZIPOPT", zipOptions}},

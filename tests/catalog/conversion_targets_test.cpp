@@ -151,7 +151,7 @@ TEST(ConversionOffersTest, FollowTheFirstFile) {
 
 TEST(ConversionOffersTest, AskForTheFirstMissingEngineUntilItIsInstalled) {
   const std::vector<FileInfo> files = {
-      {"a.md", document, ""}, {"b.DOCX", document, ""}, {"c.html", document, ""}};
+      {"a.md", document, ""}, {"b.DOCX", document, ""}, {"c.epub", ebook, ""}};
   const support::InstalledEngines machine{};
   const auto requirement = [&] {
     return CapabilityCatalog::formats(files, machine.toolchain()).front().requirement;

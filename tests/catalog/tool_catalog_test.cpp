@@ -103,6 +103,7 @@ TEST(ToolOffersTest, NeedTheirEngineUntilItIsInstalled) {
       EXPECT_EQ(offer.requirement.value_or(""), isFree ? "" : c.requirement) << offer.summary;
     }
     machine.install(c.engine);
+    machine.install("ffprobe");  // comes with the other
     for (const FileCapability& offer : offersFor(c.kinds, machine)) {
       EXPECT_EQ(offer.requirement, std::nullopt) << offer.summary;
     }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <string>
 #include <string_view>
 
 #include "tests/support/temporary_folder.h"
@@ -9,7 +10,8 @@
 
 namespace tolvane::support {
 
-/// A machine on which exactly the named engines are installed. They are found, yet do nothing.
+/// A machine on which exactly the named engines are installed. They are found, yet do nothing but
+/// what a script says.
 class InstalledEngines {
  public:
   InstalledEngines(std::initializer_list<std::string_view> engines) {
@@ -18,8 +20,8 @@ class InstalledEngines {
     }
   }
 
-  void install(std::string_view engine) const {
-    std::filesystem::permissions(folder_.write(engine, ""), std::filesystem::perms::owner_all);
+  void install(std::string_view engine, const std::string& script = "") const {
+    std::filesystem::permissions(folder_.write(engine, script), std::filesystem::perms::owner_all);
   }
   void remove(std::string_view engine) const { std::filesystem::remove(folder_ / engine); }
 

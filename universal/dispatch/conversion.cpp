@@ -154,21 +154,38 @@ Outputs layOutDocument(const Conversion& conversion) {
   return asPdf ? Outputs{pdf} : pagePictures(pdf, conversion);
 }
 
+/// Whether the text is written as it stands: pandoc does not read the format, or it is not there
+/// and the result is one that holds nothing but text.
+bool isWrittenWithoutPandoc(const Conversion& conversion) {
+  static const std::set<std::string> ownReaders = {"rtf", "rtfd", "textclipping"};
+  static const std::set<std::string> plainTexts = {"md", "markdown", "txt"};
+  static const std::set<std::string> ownWriters = {"txt", "md", "rtf", "html"};
+  return ownReaders.contains(conversion.source) ||
+         (plainTexts.contains(conversion.source) && ownWriters.contains(conversion.target) &&
+          !conversion.context.toolchain.find("pandoc"));
+}
+
+void writeText(const Conversion& conversion) {
+  // A Markdown text that stays one has nothing to escape.
+  const bool isSame =
+      conversion.target == "md" && (conversion.source == "md" || conversion.source == "markdown");
+  document(readText(conversion.info, conversion.context),
+           conversion.output,
+           isSame ? "txt" : conversion.target,
+           Markup::plain,
+           conversion.context);
+}
+
 Outputs fromDocument(const Conversion& conversion) {
   static const std::set<std::string> paged = {"pdf", "png", "jpg"};
-  static const std::set<std::string> ownReaders = {"rtf", "rtfd", "textclipping"};
   if (conversion.source == "pages") {
     return fromPages(conversion);
   }
   if (paged.contains(conversion.target)) {
     return layOutDocument(conversion);
   }
-  if (ownReaders.contains(conversion.source)) {
-    document(readText(conversion.info, conversion.context),
-             conversion.output,
-             conversion.target,
-             Markup::plain,
-             conversion.context);
+  if (isWrittenWithoutPandoc(conversion)) {
+    writeText(conversion);
   } else {
     pandoc(conversion.context,
            reader(conversion.source),

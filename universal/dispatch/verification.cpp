@@ -11,6 +11,7 @@
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "platform/files/platform_error.h"
+#include "platform/images/image_decoder.h"
 #include "universal/images/engine_path.h"
 #include "universal/media/media_probe.h"
 
@@ -28,8 +29,19 @@ void checkPdf(const fs::path& url, const JobContext& context) {
   static_cast<void>(context.base.pdf(url));
 }
 
+bool isInstalled(std::string_view engine, const JobContext& context) {
+  return context.toolchain.find(engine).has_value();
+}
+
+/// What made the result need not be what tests it best.
 void checkPackage(const fs::path& url, const JobContext& context) {
-  context.run("unzip", {"-tqq", url.string()}, timeout, {url});
+  if (isInstalled("unzip", context)) {
+    context.run("unzip", {"-tqq", url.string()}, timeout, {url});
+  } else if (isInstalled("7zz", context)) {
+    context.run("7zz", {"t", "-tzip", url.string()}, timeout, {url});
+  } else {
+    static_cast<void>(context.base.inspect(url));
+  }
 }
 
 void checkMedia(const fs::path& url, const JobContext& context) {
@@ -41,7 +53,11 @@ void checkMedia(const fs::path& url, const JobContext& context) {
 }
 
 void checkPicture(const fs::path& url, const JobContext& context) {
-  context.run("magick", {"identify", enginePath(url, context)}, timeout, {url});
+  if (isInstalled("magick", context)) {
+    context.run("magick", {"identify", enginePath(url, context)}, timeout, {url});
+  } else if (!imageDecoder().probe(url)) {
+    throw PlatformError("The result is no valid picture.");
+  }
 }
 
 void checkArchive(const fs::path& url, const JobContext& context) {

@@ -56,6 +56,8 @@ EngineLocations EngineLocations::standard() {
                                   "/usr/lib/libreoffice/program/soffice",
                                   "/usr/local/bin/soffice",
                                   "/usr/bin/soffice"};
+  // Where the stand-in for ImageMagick looks.
+  locations.special["rsvg-convert"] = {"/usr/bin/rsvg-convert"};
   // Version 6 of ImageMagick has no command of that name.
   locations.adapters["magick"] = {OwnPrograms::path("tolvane-magick"), "/usr/bin/convert-im6.q16"};
   return locations;

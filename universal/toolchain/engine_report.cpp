@@ -32,6 +32,7 @@ constexpr KnownEngine knownEngines[] = {
     {"zip", "-v", "zip"},
     {"unzip", "-v", "unzip"},
     {"tar", "--version", "tar"},
+    {"rsvg-convert", "--version", "librsvg2-bin"},
     {"osascript", "", ""},  // belongs to another system; never found here
 };
 

@@ -151,6 +151,11 @@ std::optional<fs::path> LocalToolchain::find(std::string_view engine) const {
   return std::nullopt;
 }
 
+bool LocalToolchain::usesAdapter(std::string_view engine) const {
+  const auto adapter = locations_.adapters.find(engine);
+  return adapter != locations_.adapters.end() && find(engine) == adapter->second.program;
+}
+
 const Confinement& LocalToolchain::confinement() const {
   return confinement_ != nullptr ? *confinement_ : Confinement::ofThisMachine();
 }

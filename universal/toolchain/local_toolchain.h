@@ -54,6 +54,9 @@ class LocalToolchain {
   /// installed.
   [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view engine) const;
 
+  /// Whether find() answers with a program of ours that stands in for the engine.
+  [[nodiscard]] bool usesAdapter(std::string_view engine) const;
+
   /// Runs an engine confined and waits for its end; when this returns or throws, no process of it
   /// is left. What it wrote stays where it is.
   /// @return everything that it printed, on both outputs, in the order in which it was written.
