@@ -46,6 +46,39 @@ class OfficeTest : public support::UniversalFixture {
     return arguments;
   }
 
+  /// A letter with one short paragraph a line, as a word processor writes it.
+  [[nodiscard]] fs::path makeLetter(const std::string& font, std::size_t lines) const {
+    const std::string format = R"(<w:rPr><w:rFonts w:ascii=")" + font + R"(" w:hAnsi=")" + font +
+                               R"("/><w:sz w:val="22"/></w:rPr>)";
+    const std::string line = "<w:p><w:pPr>" + format + "</w:pPr><w:r>" + format +
+                             "<w:t>Dear reader, this is a line.</w:t></w:r></w:p>";
+    for (const char* folder : {"_rels", "word"}) {
+      fs::create_directory(workspace() / folder);
+    }
+    folder_.write("work/[Content_Types].xml",
+                  R"(<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">)"
+                  R"(<Default Extension="rels" )"
+                  R"(ContentType="application/vnd.openxmlformats-package.relationships+xml"/>)"
+                  R"(<Override PartName="/word/document.xml" ContentType=")"
+                  R"(application/vnd.openxmlformats-officedocument.wordprocessingml.document)"
+                  R"(.main+xml"/></Types>)");
+    folder_.write("work/_rels/.rels",
+                  R"(<Relationships xmlns=")"
+                  R"(http://schemas.openxmlformats.org/package/2006/relationships">)"
+                  R"(<Relationship Id="r1" Target="word/document.xml" Type=")"
+                  R"(http://schemas.openxmlformats.org/officeDocument/2006/relationships/)"
+                  R"(officeDocument"/></Relationships>)");
+    folder_.write("work/word/document.xml",
+                  R"(<w:document xmlns:w=")"
+                  R"(http://schemas.openxmlformats.org/wordprocessingml/2006/main"><w:body>)" +
+                      support::repeated(line, lines) +
+                      R"(<w:sectPr><w:pgSz w:w="12240" w:h="15840"/><w:pgMar w:top="1440" )"
+                      R"(w:right="1440" w:bottom="1440" w:left="1440"/></w:sectPr>)"
+                      "</w:body></w:document>");
+    withEngines().run("zip", {"-qr", font + ".docx", "[Content_Types].xml", "_rels", "word"}, 60);
+    return workspace() / (font + ".docx");
+  }
+
   std::string failureOf(const fs::path& input, const JobContext& context) {
     return failureText([&] {
       office(input, "pdf", output(), context);
@@ -188,6 +221,12 @@ TEST_F(OfficeTest, ConvertsAPageWithRemotePicturesWithoutFetchingThem) {
   office(page, "pdf", output(), withEngines());
   EXPECT_THAT(pdfLibrary().open(output())->text(0),
               AllOf(HasSubstr("Grüße first"), HasSubstr("Second")));
+}
+
+TEST_F(OfficeTest, ACalibriLetterHasAsManyPagesAsWithThatFont) {
+  // Its lines of 11 points are 13.43 apart: 48 on Letter paper within an inch.
+  office(makeLetter("Calibri", 5 * 48 + 1), "pdf", output(), withEngines());
+  EXPECT_EQ(pdfLibrary().open(output())->pageCount(), 6);
 }
 
 constexpr const char* encryptedManifest = R"(<?xml version="1.0" encoding="UTF-8"?>
