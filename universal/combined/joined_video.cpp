@@ -71,6 +71,12 @@ void writeClip(const fs::path& video,
   context.run("ffmpeg", std::move(arguments), timeLimit, {video});
 }
 
+/// The engine looks names up by addresses, in which some signs of a folder's name end the path.
+std::string listPath(const fs::path& list) {
+  const bool isReadAsAddress = list.native().find_first_of("#?%\\") != std::string::npos;
+  return (isReadAsAddress ? list.filename() : list).string();
+}
+
 }  // namespace
 
 fs::path joinedVideo(const std::vector<FileInfo>& videos, const JobContext& context) {
@@ -91,7 +97,7 @@ fs::path joinedVideo(const std::vector<FileInfo>& videos, const JobContext& cont
   Arguments arguments = mediaHead();
   arguments.insert(
       arguments.end(),
-      {"-f", "concat", "-safe", "1", "-i", listFile.string(), "-c", "copy", output.string()});
+      {"-f", "concat", "-safe", "1", "-i", listPath(listFile), "-c", "copy", output.string()});
   context.run("ffmpeg", std::move(arguments), timeLimit);
   return output;
 }

@@ -103,13 +103,21 @@ std::string annotationText(const Value::Map& options) {
   return text;
 }
 
-/// Percent signs start properties of the picture in ImageMagick.
-std::string withDoubledPercentSigns(std::string_view text) {
-  std::string doubled;
+/// Text as ImageMagick wants it so that it draws what was typed: percent signs start properties of
+/// the picture, backslashes and ampersands other characters. A text with a control character would
+/// be drawn as hexadecimal digits.
+std::string literally(std::string_view text) {
+  std::string literal;
   for (const char letter : text) {
-    doubled.append(letter == '%' ? 2 : 1, letter);
+    if (letter == '%' || letter == '\\') {
+      literal.append(2, letter);
+    } else if (letter == '&') {
+      literal += "&amp;";
+    } else if (static_cast<unsigned char>(letter) >= ' ' || letter == '\n' || letter == '\t') {
+      literal += letter;
+    }
   }
-  return doubled;
+  return literal;
 }
 
 fs::path annotationFont(std::string_view text) {
@@ -135,7 +143,7 @@ Arguments annotate(const Request& request) {
           "NorthWest",
           "-annotate",
           "+" + pair(x, "+", y),
-          withDoubledPercentSigns(text)};
+          literally(text)};
 }
 
 struct Tool {

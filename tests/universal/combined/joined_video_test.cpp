@@ -105,8 +105,10 @@ TEST_F(JoinedVideoTest, NeedsTwoVideosAndEndsWithTheFirstThatFails) {
   EXPECT_FALSE(fs::exists(workspace() / "join.txt"));
 }
 
-TEST_F(JoinedVideoTest, PlaysOneAfterAnother) {
-  const JobContext job = withEngines();
+TEST_F(JoinedVideoTest, PlaysOneAfterAnotherWhateverTheFolderIsCalled) {
+  const fs::path folder = workspace() / R"(a#b?c=d&e 50%d%20 "f" 'g'\h: i)";
+  fs::create_directory(folder);
+  const JobContext job = withEngines().in(folder);
   const fs::path loud = folder_ / "it's [0] 50%d.mp4";
   const fs::path silent = folder_ / "silent.mkv";
   const auto make = [&](const std::string& arguments, const fs::path& file) {

@@ -233,6 +233,56 @@ TEST_F(ImageResultsTest, DrawsTheTextAtItsPlaceInItsColor) {
   }
 }
 
+struct Extent {
+  int width = 0;
+  int height = 0;
+};
+
+/// Of what is drawn in red on black.
+Extent inkOf(const Bitmap& note) {
+  int left = note.width;
+  int right = 0;
+  int top = note.height;
+  int bottom = 0;
+  for (int y = 0; y < note.height; ++y) {
+    for (int x = 0; x < note.width; ++x) {
+      if (pixelAt(note, x, y).front() > 128) {
+        left = std::min(left, x);
+        right = std::max(right, x);
+        top = std::min(top, y);
+        bottom = std::max(bottom, y);
+      }
+    }
+  }
+  return {right - left, bottom - top};
+}
+
+TEST_F(ImageResultsTest, DrawsTheTextThatWasTyped) {
+  const fs::path dark =
+      picture("dark.png", {"-fill", "black", "-colorize", "100", "-resize", "600x120!"});
+  const auto ink = [&](const std::string& text) {
+    return inkOf(decoded(run(dark, "annotate", {{"text", text}, {"color", "#FF0000"}})));
+  };
+  // Each takes the room of all its letters, in one line: as much more than the text beside it as
+  // the letters named last do, which mean nothing to anybody.
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {R"(Ho\new)", "Honew", R"(\)"},
+      {R"(Ho\\so)", "Hoso", R"(\\)"},
+      {"Ho &lt; so", "Ho  so", "&lt;"},
+      {"Ho &amp;gt; so", "Ho  so", "&amp;gt;"},
+      {"Ho %o so", "Ho  so", "%o"},
+      {"Ho @so", "Ho so", "@"},
+      {"Ho\x01so", "Hoso", ""}};
+  const int empty = ink("HH").width;
+  for (const auto& [typed, without, added] : cases) {
+    const int letters = ink(std::string("H") + added + "H").width - empty;
+    const Extent drawn = ink(typed);
+    EXPECT_NEAR(drawn.width, ink(without).width + letters, 8) << typed;
+    EXPECT_LT(drawn.height, 40) << typed;
+  }
+  EXPECT_GT(ink("Ho\nso").height, 50);
+}
+
 TEST_F(ImageResultsTest, ReadsAndWritesTheFileThatIsMeantWhateverItsName) {
   const fs::path red = picture("red.png", {"-fill", "red", "-colorize", "100"});
   const fs::path blue = picture("blue.png", {"-fill", "blue", "-colorize", "100"});

@@ -132,7 +132,7 @@ TEST_F(ImageToolsTest, AnnotatesWithWhatTheMachineHasForHelvetica) {
   Arguments expected =
       words("-font FONT -fill #00ff00 -pointsize 32 -gravity NorthWest -annotate +3+20");
   expected[1] = fontFinder().find("Helvetica", text)->string();
-  expected.emplace_back("50%% \"off\"\\ 'é'\n%%[fx:1]");
+  expected.emplace_back("50%% \"off\"\\\\ 'é'\n%%[fx:1]");
   EXPECT_EQ(ownArguments(), expected);
   run("annotate", {{"text", 12}});
   EXPECT_EQ(ownArguments().back(), "Note");
