@@ -45,12 +45,12 @@ void runImageAction(NativeJob& job) {
     if (combined) {
       appendPicture(*combined, url, picture);
     } else {
-      job.stagePicture(FileNames::stem(url), picture);
+      job.stagePicture(FileNames::stem(file.info.named()), picture);
     }
     job.work.advance();
   }
   if (combined) {
-    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf",
+    job.stagePdf(FileNames::stem(job.files.front().info.named()) + "-combined.pdf",
                  std::move(combined));
   }
 }

@@ -69,9 +69,7 @@ void requireAdmissibleSize(std::uint64_t size) {
   }
 }
 
-}  // namespace
-
-AdmittedFile ConversionEngine::admit(const fs::path& given) const {
+AdmittedFile admitResolved(const ConversionEngine& engine, const fs::path& given) {
   if (FileNames::isAddress(given.string())) {
     throw ConversionFailure::message("Choose a local file.");
   }
@@ -91,7 +89,7 @@ AdmittedFile ConversionEngine::admit(const fs::path& given) const {
   }
   requireAdmissibleSize(attributes.size);
   if (startsLikePdf(url)) {
-    auto document = pdf(url);
+    auto document = engine.pdf(url);
     std::string detail = fmt::format("{} pages · PDF", document->pageCount());
     return {{url, FileKind::pdf, std::move(detail)}, std::move(document)};
   }
@@ -99,6 +97,14 @@ AdmittedFile ConversionEngine::admit(const fs::path& given) const {
     return {*std::move(image), nullptr};
   }
   return {UniversalFormats::inspect(url), nullptr};
+}
+
+}  // namespace
+
+AdmittedFile ConversionEngine::admit(const fs::path& given) const {
+  AdmittedFile file = admitResolved(*this, given);
+  file.info.given = given;
+  return file;
 }
 
 FileInfo ConversionEngine::inspect(const fs::path& url) const {

@@ -236,7 +236,7 @@ void runPdfAction(NativeJob& job) {
     job.token.check();
     // Taken out of the list, so that an input's pages are freed before the next input's are read.
     Input input = {
-        std::exchange(file.document, nullptr), FileNames::stem(file.info.url), {}, nullptr, {}};
+        std::exchange(file.document, nullptr), FileNames::stem(file.info.named()), {}, nullptr, {}};
     if (job.action == NativeAction::editPdf) {
       editPages(job, input);
     } else {
@@ -244,7 +244,7 @@ void runPdfAction(NativeJob& job) {
     }
   }
   if (job.action == NativeAction::mergePdf) {
-    job.stagePdf(FileNames::stem(job.files.front().info.url) + "-combined.pdf",
+    job.stagePdf(FileNames::stem(job.files.front().info.named()) + "-combined.pdf",
                  std::move(combined));
   }
 }

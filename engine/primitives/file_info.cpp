@@ -18,6 +18,11 @@ std::string_view name(FileKind kind) {
   return names.at(static_cast<std::size_t>(kind));
 }
 
+const std::filesystem::path& FileInfo::named() const {
+  const std::filesystem::path last = given.filename();
+  return last.empty() || last == "." || last == ".." ? url : given;
+}
+
 Value FileInfo::json() const {
   return Value::Map{{"path", url.string()},
                     {"name", url.filename().string()},

@@ -30,6 +30,10 @@ struct FileInfo {
   std::filesystem::path url;  ///< absolute, standardized, symbolic links resolved
   FileKind kind = FileKind::document;
   std::string detail;  ///< one line for people: "12 pages · PDF", "3024 × 4032 · HEIC"
+  std::filesystem::path given = {};  ///< as the user named it, links not followed; may be empty
+
+  /// Whose name the results follow.
+  [[nodiscard]] const std::filesystem::path& named() const;
 
   /// The file entry of the channel: "path", "name", "kind", "detail", all text.
   [[nodiscard]] Value json() const;

@@ -174,6 +174,24 @@ TEST_F(ProgramTest, AToolTakesTheOptionsThatItsOfferShows) {
   EXPECT_NE(compressed({"--set", "quality=0.9"}), shown);
 }
 
+TEST_F(ProgramTest, ResultsFollowTheNameThatWasGivenAlsoThroughALink) {
+  std::filesystem::create_symlink(path("a.pdf"), path("minutes.pdf"));
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"action", "split_pdf"}, "minutes-split.pdf"},
+      {{"action", "merge_pdf"}, "minutes-combined.pdf"},
+      {{"convert", "--to", "txt"}, "minutes.txt"},
+      {{"convert", "--to", "png"}, "minutes-page-1.png"}};
+  for (auto [words, expected] : cases) {
+    words.insert(words.end(), {path("minutes.pdf"), "--out", results().string()});
+    EXPECT_EQ(run(words), 0) << err();
+    EXPECT_THAT(out(), StartsWith((results() / expected).string() + "\n"));
+  }
+  std::filesystem::create_symlink(path("a-page-1.png"), path("cover.png"));
+  EXPECT_EQ(run({"action", "pdf_png", path("a.pdf")}), 0);
+  EXPECT_EQ(run({"action", "image_jpeg", path("cover.png"), "--out", results().string()}), 0);
+  EXPECT_EQ(out(), (results() / "cover.jpg\n").string());
+}
+
 TEST_F(ProgramTest, ListsOffers) {
   EXPECT_EQ(run({"offers", path("a.pdf")}), 0);
   EXPECT_THAT(out(), AllOf(HasSubstr("Pdf → DOCX · offline"), HasSubstr("Organize pages")));

@@ -18,6 +18,7 @@
 #include "universal/documents/pandoc.h"
 #include "universal/documents/read_text.h"
 #include "universal/documents/recognition.h"
+#include "universal/documents/rich_text_document.h"
 #include "universal/images/image.h"
 #include "universal/media/media.h"
 #include "universal/office/office.h"
@@ -146,7 +147,13 @@ Outputs layOutDocument(const Conversion& conversion) {
   const bool asPdf = conversion.target == "pdf";
   const fs::path pdf = asPdf ? conversion.output : conversion.context.workspace / "document.pdf";
   if (!plainTexts.contains(conversion.source) && conversion.context.toolchain.find("soffice")) {
-    office(conversion.info.url, "pdf", pdf, conversion.context);
+    const fs::path& given = conversion.info.url;
+    office(conversion.source == "rtfd"
+               ? richTextFileOf(given, conversion.context.workspace / "document.rtf")
+               : given,
+           "pdf",
+           pdf,
+           conversion.context);
   } else {
     UniversalFormats::textPDF(
         readText(conversion.info, conversion.context), pdf, conversion.context.token);
@@ -213,7 +220,7 @@ Outputs convert(const FileInfo& info,
     case FileKind::image:
       return fromImage(conversion);
     case FileKind::pdf:
-      return convertPdf(info.url, conversion.target, conversion.output, options, context);
+      return convertPdf(info, conversion.target, conversion.output, options, context);
     case FileKind::video:
     case FileKind::audio:
       return fromMedia(conversion);

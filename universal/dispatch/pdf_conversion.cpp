@@ -51,14 +51,15 @@ void writeTable(const fs::path& input, const fs::path& output, Ocr ocr, const Jo
 
 }  // namespace
 
-std::vector<fs::path> convertPdf(const fs::path& input,
+std::vector<fs::path> convertPdf(const FileInfo& info,
                                  const std::string& target,
                                  const fs::path& output,
                                  const Value::Map& options,
                                  const JobContext& context) {
   if (target == "png" || target == "jpg") {
-    return context.native(target == "png" ? "pdf_png" : "pdf_jpeg", {input}, options);
+    return context.native(target == "png" ? "pdf_png" : "pdf_jpeg", {info.named()}, options);
   }
+  const fs::path& input = info.url;
   if (target == "pptx") {
     writeSlides(input, output, context);
   } else if (target == "xlsx") {

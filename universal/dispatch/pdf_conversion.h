@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/primitives/file_info.h"
 #include "engine/primitives/value.h"
 #include "universal/job/job_context.h"
 
@@ -13,7 +14,7 @@ namespace tolvane::UniversalEngine {
 /// its text as a document.
 /// @param output where the result goes when it is a single file.
 /// @param options "ocr": whether pages without a text layer are recognised; true when absent.
-[[nodiscard]] std::vector<std::filesystem::path> convertPdf(const std::filesystem::path& input,
+[[nodiscard]] std::vector<std::filesystem::path> convertPdf(const FileInfo& info,
                                                             const std::string& target,
                                                             const std::filesystem::path& output,
                                                             const Value::Map& options,

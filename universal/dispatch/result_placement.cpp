@@ -61,7 +61,7 @@ std::vector<fs::path> placeResults(const std::vector<fs::path>& results,
       throw ConversionFailure::message("The output exceeds the 1 GB safety limit.");
     }
     verify(result, context);
-    placement.place({staged, nameOf(result, sources.front())});
+    placement.place({staged, nameOf(result, inputs.front().named())});
   }
   return placement.finish();
 }

@@ -14,4 +14,10 @@ namespace tolvane::UniversalEngine {
 /// @throws as richText
 [[nodiscard]] std::string richTextOfPackage(const std::filesystem::path& document);
 
+/// An RTF file with the text of an RTFD document, for programs that do not know those.
+/// @param copy written when the document is one file; its folder is there.
+/// @return where the RTF stands: in the document or at `copy`. @throws as richText
+[[nodiscard]] std::filesystem::path richTextFileOf(const std::filesystem::path& document,
+                                                   const std::filesystem::path& copy);
+
 }  // namespace tolvane::UniversalEngine

@@ -84,6 +84,22 @@ TEST_F(ConversionTest, APictureBecomesAPageOfAPdf) {
   EXPECT_EQ(pdfLibrary().open(results_ / names.front())->pageCount(), 1);
 }
 
+TEST_F(ConversionTest, ARichTextPackageIsLaidOutLikeItsText) {
+  const std::string text = R"({\rtf1\ansi Dear {\b reader}\par})";
+  fs::create_directory(sources_ / "folder.rtfd");
+  sources_.write("folder.rtfd/TXT.rtf", text);
+  sources_.write("packed.rtfd", "rtfd\x03\x07TXT.rtf\x02" + text + "\x01");
+  for (const std::string name : {"folder", "packed"}) {
+    EXPECT_EQ(run("convert.pdf", {name + ".rtfd"}), Names{name + ".pdf"});
+    EXPECT_THAT(textOf(name + ".pdf"), HasSubstr("Dear reader"));
+  }
+  EXPECT_EQ(run("convert.png", {"folder.rtfd"}).size(), 1U);
+  fs::rename(sources_ / "folder.rtfd/TXT.rtf", sources_ / "elsewhere.rtf");
+  fs::create_symlink(sources_ / "elsewhere.rtf", sources_ / "folder.rtfd/TXT.rtf");
+  EXPECT_EQ(failureOf("convert.pdf", {"folder.rtfd"}),
+            "This rich text document is damaged or unreadable.");
+}
+
 TEST_F(ConversionTest, ATableIsNeededForASheet) {
   makeSample("two.pdf");
   EXPECT_EQ(failureOf("convert.xlsx", {"two.pdf"}),
