@@ -6,11 +6,14 @@
 #include <system_error>
 #include <vector>
 
+#include "engine/primitives/conversion_failure.h"
 #include "platform/files/bytes.h"
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "platform/files/platform_error.h"
+#include "platform/text/text_encoding.h"
 #include "universal/archives/archive_listing.h"
+#include "universal/archives/archive_names.h"
 #include "universal/archives/extracted_tree.h"
 #include "universal/job/arguments.h"
 
@@ -120,15 +123,33 @@ void create(const fs::path& payload,
   }
 }
 
+bool isZip(const fs::path& file) {
+  constexpr std::string_view signature = "PK";
+  return asText(FileSystem::readPrefix(file, signature.size())) == signature;
+}
+
+/// Lists an archive and lets it pass only if it can be extracted.
+/// @param read the input as 7zz is told of it.
+ArchiveNames judgedNames(const fs::path& input, const fs::path& read, const JobContext& context) {
+  const Bytes printed =
+      context.run("7zz", {"l", "-slt", "-ba", read}, timeLimit, {input});
+  const std::string_view listing = asText(printed);
+  const bool isClear = TextEncoding::isUtf8(printed) || !isZip(input);
+  ArchiveNames names = isClear ? ArchiveNames() : ArchiveNames(ArchiveListing::paths(listing));
+  ArchiveListing::judge(listing, names);
+  return names;
+}
+
 void repack(const fs::path& input,
             std::string_view target,
             const fs::path& output,
             const JobContext& context,
             Unwrapping unwrapping) {
   const fs::path read = plainPath(input, context);
-  ArchiveListing::judge(asText(context.run("7zz", {"l", "-slt", "-ba", read}, timeLimit, {input})));
+  const ArchiveNames names = judgedNames(input, read, context);
   const fs::path payload = context.workspace / "payload";
   extract(input, read, payload, context);
+  names.applyTo(payload, context.token);
   if (unwrapping == Unwrapping::once && isGzip(input)) {
     if (const std::optional<fs::path> tar = onlyTar(payload)) {
       const fs::path contents = context.workspace / "tar-contents";
@@ -142,13 +163,40 @@ void repack(const fs::path& input,
   create(payload, target, output, context);
 }
 
+/// 7zz says the same of a file that is cut short as of any other damage, and reads how much a gzip
+/// file holds from its end, which is then another. tar knows.
+bool isCutShort(const fs::path& input, const JobContext& context) try {
+  constexpr double timeout = 10;  // seconds
+  const Bytes printed = context.toolchain.run({.name = "tar",
+                                               .arguments = {"-tzf", input},
+                                               .in = context.workspace,
+                                               .timeout = timeout,
+                                               .inputs = {input},
+                                               .environment = {{"LC_ALL", "C"}},
+                                               .accepted = {0, 1, 2}},
+                                              context.token);
+  return asText(printed).find("gzip: stdin: unexpected end of file") != std::string_view::npos;
+} catch (const ConversionFailure& failure) {
+  if (failure.isCancelled()) {
+    throw;
+  }
+  return false;
+}
+
 }  // namespace
 
 void archive(const fs::path& input,
              std::string_view target,
              const fs::path& output,
              const JobContext& context) {
-  repack(input, target, output, context, Unwrapping::once);
+  try {
+    repack(input, target, output, context, Unwrapping::once);
+  } catch (const ConversionFailure& failure) {
+    if (!failure.isCancelled() && isGzip(input) && isCutShort(input, context)) {
+      throw ConversionFailure::message("This archive is cut short. Get a complete copy of it.");
+    }
+    throw;
+  }
 }
 
 }  // namespace tolvane::UniversalEngine

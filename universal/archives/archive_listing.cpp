@@ -65,17 +65,17 @@ bool leavesTheFolder(std::string_view path) {
   return std::ranges::find(parts, "..") != parts.end();
 }
 
-bool isUnsafe(const Entry& entry) {
+bool isUnsafe(const Entry& entry, const ArchiveNames& names) {
   const std::string_view mode = entry.mode;
   const bool isPlain = mode.empty() || mode.front() == '-' || mode.front() == 'd';
   const bool isLink = !entry.symbolicLink.empty() || !entry.hardLink.empty() ||
                       entry.attributes.find('l') != std::string_view::npos;  // "lrwxrwxrwx"
-  return !isPlain || isLink || leavesTheFolder(*entry.path);
+  return !isPlain || isLink || leavesTheFolder(names.readable(*entry.path));
 }
 
 }  // namespace
 
-void judge(std::string_view listing) {
+void judge(std::string_view listing, const ArchiveNames& names) {
   int entries = 0;
   std::int64_t declared = 0;
   forEachPiece(listing, "\n\n", [&](std::string_view block) {
@@ -86,7 +86,7 @@ void judge(std::string_view listing) {
     ++entries;
     const std::int64_t size = DecimalText::parseWhole(entry.size).value_or(0);
     const bool overflows = __builtin_add_overflow(declared, size, &declared);
-    if (overflows || isUnsafe(entry) || entries > Limits::maxArchiveEntries ||
+    if (overflows || isUnsafe(entry, names) || entries > Limits::maxArchiveEntries ||
         declared > Limits::maxExpandedBytes) {
       throw ConversionFailure::message(
           "This archive contains unsafe paths, links or too much expanded data.");
@@ -95,6 +95,16 @@ void judge(std::string_view listing) {
   if (entries == 0) {
     throw ConversionFailure::message("This archive is empty or cannot be inspected safely.");
   }
+}
+
+std::vector<std::string_view> paths(std::string_view listing) {
+  std::vector<std::string_view> found;
+  forEachPiece(listing, "\n\n", [&](std::string_view block) {
+    if (const auto path = entryOf(block).path) {
+      found.push_back(*path);
+    }
+  });
+  return found;
 }
 
 }  // namespace tolvane::ArchiveListing

@@ -95,6 +95,64 @@ TEST_F(ArchiveTest, IsMadeIntoATar) {
   }
 }
 
+/// Names as the programs of their time and country wrote them.
+const std::tuple<const char*, std::vector<std::string>, std::vector<std::string>> codePageCases[] =
+    {{"German",
+      {"Gr\x81\xE1"
+       "e.txt",
+       "\x9A"
+       "ber/sch\x94n.txt"},
+      {"Grüße.txt", "Über/schön.txt"}},
+     {"French",
+      {"\x82l\x8Av"
+       "e br\x96l\x82"
+       "e.txt"},
+      {"élève brûlée.txt"}},
+     {"Spanish", {"a\xA4os \xA8qu\x82?.txt"}, {"años ¿qué?.txt"}},
+     {"Japanese",
+      {"\x93\xFA\x96\x7B\x8C\xEA/\x83\x65\x83\x58\x83\x67.txt", "\x95\x5C\x8E\x86.txt"},
+      {"日本語/テスト.txt", "表紙.txt"}},
+     {"Japanese, katakana alone", {"\x83\x65\x83\x58\x83\x67 1.txt"}, {"テスト 1.txt"}},
+     {"Japanese, letters for DOS",
+      {"\x8E\xCA\x90^.txt", "\x8E\x8A\x90^.txt"},
+      {"写真.txt", "至真.txt"}},
+     {"Japanese with a backslash", {"\x95\x5C\x8E\x86.txt"}, {"表紙.txt"}},
+     {"UTF-8 beside DOS",
+      {"Žlutý.txt",
+       "Gr\x81\xE1"
+       "e.txt"},
+      {"Žlutý.txt", "Grüße.txt"}}};
+
+TEST_F(ArchiveTest, NamesInOldCodePagesBecomeUtf8) {
+  for (const auto& [label, names, expected] : codePageCases) {
+    std::vector<ZipEntry> entries;
+    for (const std::string& name : names) {
+      entries.push_back({.name = name, .content = "1", .host = ZipHost::dos});
+    }
+    const fs::path input = folder_.write("old.zip", zip(entries));
+    for (const char* target : {"zip", "tar"}) {
+      const Files files = filesIn(convert(input, target));
+      for (const std::string& name : expected) {
+        EXPECT_TRUE(files.contains(name)) << label << " to " << target << ": " << name;
+      }
+    }
+  }
+}
+
+TEST_F(ArchiveTest, SaysWhatIsCutShort) {
+  std::string content;
+  for (unsigned number = 1; content.size() < 100'000; number = number * 1103515245 + 12345) {
+    content += static_cast<char>(number >> 24U);  // nothing that could be compressed
+  }
+  for (const std::string& whole : {gzip(content, "a.txt"), gzip(tar({{"a", content}}))}) {
+    for (const std::size_t size : {whole.size() / 2, whole.size() - 8}) {
+      const fs::path input = folder_.write("cut.gz", whole.substr(0, size));
+      EXPECT_EQ(failureText([&] { return convert(input, "zip"); }),
+                "This archive is cut short. Get a complete copy of it.");
+    }
+  }
+}
+
 TEST_F(ArchiveTest, TakesNoNameForAPattern) {
   folder_.write("a1.zip", zip({{"other", "1"}}));
   EXPECT_EQ(filesIn(convert(folder_.write("a?.zip", zip({{"mine", "2"}})), "zip")),
