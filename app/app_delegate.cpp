@@ -1,5 +1,7 @@
 #include "app/app_delegate.h"
 
+#include <cstdlib>
+
 #include <QApplication>
 
 #include "app/window_places.h"
@@ -51,6 +53,7 @@ void AppDelegate::follow(const DesktopBusName::Request& request) {
 }
 
 void AppDelegate::applicationShouldTerminate() {
+  signals_.endWithin(EndingSignals::usualPatience, EXIT_FAILURE);
   if (!bridge_->prepareToQuit(&QApplication::quit)) {
     QApplication::quit();
   }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "app/desktop_platform.h"
+#include "app/termination_signals.h"
 #include "bridge/bridge.h"
 #include "interface/interface_view.h"
 #include "platform/desktop/accessibility/accessibility.h"
@@ -16,7 +17,8 @@ namespace tolvane {
 /// only.
 class AppDelegate {
  public:
-  AppDelegate() = default;
+  /// @param signals not owned; outlive this object.
+  explicit AppDelegate(TerminationSignals& signals) : signals_(signals) {}
   ~AppDelegate() = default;
   AppDelegate(const AppDelegate&) = delete;
   AppDelegate& operator=(const AppDelegate&) = delete;
@@ -30,10 +32,12 @@ class AppDelegate {
   /// Shows the palette with files that were handed over, or with what is selected.
   void follow(const DesktopBusName::Request& request);
 
-  /// Ends the program: at once, or as soon as a running job has noticed that it is cancelled.
+  /// Ends the program: at once, or as soon as a running job has noticed that it is cancelled, for
+  /// which it has ten seconds.
   void applicationShouldTerminate();
 
  private:
+  TerminationSignals& signals_;
   MessengerPair messengers_;
   Accessibility accessibility_;
   std::optional<InterfaceView> interface_;

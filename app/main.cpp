@@ -66,7 +66,7 @@ int run(const std::vector<std::string>& words,
         tolvane::TerminationSignals& signals,
         const tolvane::Activation& activation) {
   const Request request = requestIn(words, activation);
-  tolvane::AppDelegate delegate;
+  tolvane::AppDelegate delegate(signals);
   tolvane::DesktopBusName busName;
   if (!busName.claim([&delegate](const Request& later) { delegate.follow(later); })) {
     tolvane::DesktopBusName::handOver(request);

@@ -12,9 +12,8 @@ void TerminationSignals::listen(std::function<void()> arrived) {
   notifier_ = std::make_unique<QSocketNotifier>(signals_.descriptor(), QSocketNotifier::Read);
   QObject::connect(
       notifier_.get(), &QSocketNotifier::activated, [this, arrived = std::move(arrived)] {
-        while (signals_.take()) {
-          arrived();
-        }
+        notifier_->setEnabled(false);
+        arrived();
       });
 }
 

@@ -19,8 +19,12 @@ class TerminationSignals {
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
 
-  /// @param arrived called in the loop, once for each signal, also for one that came before.
+  /// @param arrived called in the loop at the first signal, also for one that came before; a second
+  ///   one ends the process.
   void listen(std::function<void()> arrived);
+
+  /// As EndingSignals::endWithin.
+  void endWithin(EndingSignals::Duration limit, int status) { signals_.endWithin(limit, status); }
 
  private:
   EndingSignals signals_;

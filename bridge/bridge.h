@@ -65,6 +65,8 @@ class Bridge {
   /// Sends an event; dropped until the interface called "ready".
   void send(std::string_view type, Value::Map payload) const;
 
+  [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
+
   /// Asks a running job to stop. There is no limit to the wait for its end.
   /// @param completion called when the job's outcome was sent.
   /// @return false when no job is active: the completion is not used.
@@ -76,7 +78,6 @@ class Bridge {
  private:
   Value ready();
   void followDesktop();
-  [[nodiscard]] bool hasActiveJob() const { return jobs_->isActive(); }
   void takeInFinderSelection(const std::optional<std::string>& message);
   /// @param fileFrame what the palette is to appear next to; nullopt means the pointer.
   void takeIn(Files files,

@@ -4,6 +4,7 @@
 
 #include "cli/console.h"
 #include "engine/json/value_json.h"
+#include "platform/process/ending_signals.h"
 #include "universal/toolchain/engine_report.h"
 
 namespace tolvane {
@@ -38,6 +39,8 @@ ExitStatus enginesCommand(const Arguments& arguments) {
   if (!arguments.operands.empty()) {
     throw UsageError("The list of engines takes no files.");
   }
+  // What stands in /tmp meanwhile goes also when this is interrupted.
+  const EndingSignals ending(EndingSignals::Duration::zero());
   const EngineReport report = EngineReport::make(LocalToolchain());
   if (arguments.json) {
     Console::print(fmt::format("{}\n", ValueJson::write(json(report))));

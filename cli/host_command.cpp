@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -16,6 +17,11 @@ namespace {
 
 /// Longer lines are not kept; they are answered like lines that cannot be read.
 constexpr std::size_t maxLine = std::size_t{64} << 20;
+
+/// What a running job has for its end once nobody listens any more; what the worker does without a
+/// job is reading files that were handed in last.
+constexpr EndingSignals::Duration jobsLimit(800);
+constexpr EndingSignals::Duration readingLimit = std::chrono::minutes(1);
 
 /// Cuts what arrives on a descriptor into lines.
 class LineReader {
@@ -92,6 +98,8 @@ ExitStatus hostCommand(const Arguments& arguments) {
   loop.watch(STDIN_FILENO, [&] {
     if (!input.read([&host](std::string_view line) { host.receive(line); })) {
       loop.unwatch(STDIN_FILENO);
+      session.endWithin(session.bridge().hasActiveJob() ? jobsLimit : readingLimit,
+                        ExitStatus::cancelled);
       host.endOfInput();
     }
   });

@@ -4,14 +4,12 @@
 #include <variant>
 
 #include "bridge/unavailable_services.h"
-#include "engine/job_workspace.h"
 #include "universal/dispatch/universal_engine.h"
 
 namespace tolvane {
 
 HostSession::HostSession(std::function<void()> interrupted)
-    : interrupt_(interrupted ? std::make_unique<Interrupt>(
-                                   loop_, std::move(interrupted), JobWorkspace::removeAll)
+    : interrupt_(interrupted ? std::make_unique<Interrupt>(loop_, std::move(interrupted))
                              : nullptr),
       bridge_(messengers_.host(), loop_, unavailableServices(), UniversalEngine::completeEngine()),
       client_(messengers_.interface()) {}
@@ -19,6 +17,12 @@ HostSession::HostSession(std::function<void()> interrupted)
 void HostSession::listen(ChannelClient::EventHandler handler) {
   client_.onEvent(std::move(handler));
   call("ready", nullptr);
+}
+
+void HostSession::endWithin(EndingSignals::Duration limit, ExitStatus status) {
+  if (interrupt_) {
+    interrupt_->endWithin(limit, static_cast<int>(status));
+  }
 }
 
 void HostSession::call(const std::string& method,

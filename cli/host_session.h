@@ -7,6 +7,7 @@
 
 #include "bridge/bridge.h"
 #include "bridge/channel_client.h"
+#include "cli/exit_status.h"
 #include "cli/interrupt.h"
 #include "platform/threads/event_loop.h"
 
@@ -23,6 +24,10 @@ class HostSession {
   [[nodiscard]] Bridge& bridge() { return bridge_; }
   /// The interface's end, for those who speak on the channel themselves.
   [[nodiscard]] BinaryMessenger& messenger() { return messengers_.interface(); }
+
+  /// Ends the process with `status` if it is still there after `limit`, whatever its threads are
+  /// doing. Needs `interrupted`.
+  void endWithin(EndingSignals::Duration limit, ExitStatus status);
 
   /// Opens the stream of events.
   void listen(ChannelClient::EventHandler handler);

@@ -1,40 +1,20 @@
 #include "cli/interrupt.h"
 
-#include <csignal>
-#include <optional>
 #include <utility>
 
 #include "platform/threads/event_loop.h"
 
 namespace tolvane {
 
-Interrupt::Interrupt(EventLoop& loop,
-                     std::function<void()> interrupted,
-                     std::function<void()> ending)
-    : loop_(loop), interrupted_(std::move(interrupted)), ending_(std::move(ending)) {
-  loop_.watch(signals_.descriptor(), [this] { take(); });
+Interrupt::Interrupt(EventLoop& loop, std::function<void()> interrupted) : loop_(loop) {
+  loop_.watch(signals_.descriptor(), [this, interrupted = std::move(interrupted)] {
+    loop_.unwatch(signals_.descriptor());  // the loop holds a copy of this function meanwhile
+    interrupted();
+  });
 }
 
 Interrupt::~Interrupt() {
   loop_.unwatch(signals_.descriptor());
-}
-
-void Interrupt::take() {
-  const std::optional<int> signal = signals_.take();
-  if (signal && interrupted_) {
-    std::exchange(interrupted_, nullptr)();
-  } else if (signal == SIGINT) {
-    end();
-  }
-}
-
-void Interrupt::end() {
-  sigset_t controlC = {};
-  ::sigemptyset(&controlC);
-  ::sigaddset(&controlC, SIGINT);
-  ::pthread_sigmask(SIG_UNBLOCK, &controlC, nullptr);
-  ending_();
-  std::raise(SIGINT);
 }
 
 }  // namespace tolvane

@@ -13,6 +13,7 @@
 #include "cli/progress_bar.h"
 #include "engine/json/value_json.h"
 #include "engine/primitives/conversion_failure.h"
+#include "platform/ending/last_act.h"
 #include "platform/files/file_names.h"
 #include "platform/files/platform_error.h"
 
@@ -77,16 +78,19 @@ class OutputFolder {
       made_ = *folder;
     }
   }
-  ~OutputFolder() {
-    if (!made_.empty()) {
-      ::rmdir(made_.c_str());
-    }
-  }
+  ~OutputFolder() { removeIfEmpty(); }
   OutputFolder(const OutputFolder&) = delete;
   OutputFolder& operator=(const OutputFolder&) = delete;
 
  private:
+  void removeIfEmpty() const {
+    if (!made_.empty()) {
+      ::rmdir(made_.c_str());
+    }
+  }
+
   std::filesystem::path made_;
+  LastAct atTheEnd_{[this] { removeIfEmpty(); }};
 };
 
 Value::Map jobArguments(const Arguments& arguments,

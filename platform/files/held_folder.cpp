@@ -90,24 +90,22 @@ double HeldFolder::age() const {
              : 0;
 }
 
-void HeldFolder::removeQuietly() const noexcept {
+bool HeldFolder::removeQuietly() const noexcept {
   emptyFolderQuietly(folder_.number());
   if (removeEmptyFolder(parent_.number(), name_.c_str(), folder_.number())) {
-    return;
+    return true;
   }
   try {
-    removeWhereItIsNow();
+    return removeWhereItIsNow();
   } catch (const std::exception&) {
-    // No memory: an empty folder stays.
+    return false;  // no memory: an empty folder stays
   }
 }
 
-void HeldFolder::removeWhereItIsNow() const {
+bool HeldFolder::removeWhereItIsNow() const {
   std::error_code error;
   const fs::path now = fs::read_symlink(lastingPath(), error);
-  if (!error) {
-    removeEmptyFolder(AT_FDCWD, now.c_str(), folder_.number());
-  }
+  return !error && removeEmptyFolder(AT_FDCWD, now.c_str(), folder_.number());
 }
 
 }  // namespace tolvane

@@ -34,12 +34,13 @@ class HeldFolder {
   [[nodiscard]] double age() const;
 
   /// Removes it with all that is in it, wherever it was moved to.
-  void removeQuietly() const noexcept;
+  /// @return whether it is gone.
+  bool removeQuietly() const noexcept;
 
  private:
   HeldFolder(const std::filesystem::path& path, Descriptor parent);
 
-  void removeWhereItIsNow() const;
+  [[nodiscard]] bool removeWhereItIsNow() const;
 
   std::filesystem::path path_;
   std::string name_;

@@ -1,15 +1,43 @@
 #include "platform/process/ending_signals.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <csignal>
+#include <cstdint>
+#include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include "platform/ending/last_act.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane {
 
-EndingSignals::EndingSignals() {
+namespace {
+
+constexpr unsigned longestCleanUp = 3;  // seconds
+
+Descriptor required(int number) {
+  Descriptor descriptor(number);
+  if (!descriptor.isOpen()) {
+    throw PlatformError::fromErrno("listen for signals", "", errno);
+  }
+  return descriptor;
+}
+
+Descriptor event() {
+  return required(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK));
+}
+
+void signalEvent(const Descriptor& event) {
+  const std::uint64_t one = 1;
+  // Fails only when the counter is full, and then it is readable already.
+  [[maybe_unused]] const ssize_t written = ::write(event.number(), &one, sizeof one);
+}
+
+/// @return the set, now blocked in this thread and in those that it starts.
+sigset_t blocked() {
   sigset_t signals = {};
   ::sigemptyset(&signals);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
@@ -20,17 +48,99 @@ EndingSignals::EndingSignals() {
     }
   }
   ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-  descriptor_ = Descriptor(::signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK));
-  if (!descriptor_.isOpen()) {
-    throw PlatformError::fromErrno("listen for signals", "", errno);
+  return signals;
+}
+
+[[noreturn]] void dieOf(int signal) {
+  sigset_t set = {};
+  ::sigemptyset(&set);
+  ::sigaddset(&set, signal);
+  ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  ::raise(signal);
+  constexpr int signalled = 128;  // as shells tell it
+  ::_exit(signalled + signal);
+}
+
+}  // namespace
+
+EndingSignals::EndingSignals(Duration patience)
+    : patience_(patience),
+      set_(blocked()),
+      signals_(required(::signalfd(-1, &set_, SFD_CLOEXEC | SFD_NONBLOCK))),
+      hasCome_(event()),
+      news_(event()),
+      thread_([this] { watch(); }) {}
+
+EndingSignals::~EndingSignals() {
+  {
+    const std::lock_guard guard(lock_);
+    isOver_ = true;
+  }
+  signalEvent(news_);
+  thread_.join();
+}
+
+void EndingSignals::endWithin(Duration limit, int status) {
+  setDeadline({Clock::now() + limit, 0, status});
+}
+
+void EndingSignals::setDeadline(const Deadline& deadline) {
+  {
+    const std::lock_guard guard(lock_);
+    if (!deadline_ || deadline.time < deadline_->time) {
+      deadline_ = deadline;
+    }
+  }
+  signalEvent(news_);
+}
+
+void EndingSignals::watch() {
+  constexpr int forGood = -1;
+  std::array<pollfd, 2> watched = {{{signals_.number(), POLLIN, 0}, {news_.number(), POLLIN, 0}}};
+  for (;;) {
+    std::unique_lock guard(lock_);
+    if (isOver_) {
+      return;
+    }
+    const std::optional<Deadline> deadline = deadline_;
+    guard.unlock();
+    int wait = forGood;
+    if (deadline) {
+      const auto left = std::chrono::ceil<Duration>(deadline->time - Clock::now());
+      if (left <= Duration::zero()) {
+        endNow(deadline->signal, deadline->status);
+      }
+      wait = static_cast<int>(left.count());
+    }
+    ::poll(watched.data(), watched.size(), wait);
+    std::uint64_t ignored = 0;
+    [[maybe_unused]] const ssize_t count = ::read(news_.number(), &ignored, sizeof ignored);
+    take();
   }
 }
 
-std::optional<int> EndingSignals::take() {
+void EndingSignals::take() {
   signalfd_siginfo taken = {};
-  return ::read(descriptor_.number(), &taken, sizeof taken) > 0
-             ? std::optional(static_cast<int>(taken.ssi_signo))
-             : std::nullopt;
+  while (::read(signals_.number(), &taken, sizeof taken) > 0) {
+    const int signal = static_cast<int>(taken.ssi_signo);
+    if (isAsked_) {
+      endNow(signal, 0);
+    }
+    isAsked_ = true;
+    setDeadline({Clock::now() + patience_, signal, 0});
+    signalEvent(hasCome_);
+  }
+}
+
+void EndingSignals::endNow(int signal, int status) {
+  // A file system that does not answer must not keep the process.
+  std::signal(SIGALRM, SIG_DFL);
+  ::alarm(longestCleanUp);
+  LastAct::performAll();
+  if (signal == 0) {
+    ::_exit(status);
+  }
+  dieOf(signal);
 }
 
 }  // namespace tolvane

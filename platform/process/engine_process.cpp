@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <new>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/syscall.h>
@@ -181,6 +182,7 @@ EngineProcess::EngineProcess(const Launch& launch) {
   report_ = Descriptor(ends[0]);
   const Descriptor helpersEnd(ends[1]);
   process_ = watch(spawn(launch, helpersEnd.number()), launch.command.front());
+  endWithThisProcess();
 }
 
 EngineProcess::~EngineProcess() {
@@ -207,6 +209,18 @@ void EngineProcess::askToEnd() const noexcept {
 
 void EngineProcess::kill() const noexcept {
   signal(SIGQUIT);
+}
+
+void EngineProcess::endWithThisProcess() try {
+  constexpr std::chrono::milliseconds limit(500);  // then the others' turn comes
+  atTheEnd_.emplace([this, limit] {
+    kill();
+    (void)endsWithin(limit);
+  });
+} catch (const std::bad_alloc&) {
+  kill();
+  reap();
+  throw;
 }
 
 void EngineProcess::reap() noexcept {

@@ -7,12 +7,14 @@
 #include <string>
 #include <vector>
 
+#include "platform/ending/last_act.h"
 #include "platform/files/descriptor.h"
 
 namespace tolvane {
 
 /// A running engine: the confinement helper and everything below it. Any thread, one at a time; the
-/// engine ends when the thread that started it ends.
+/// engine ends when the thread that started it ends, and before a process that does not wait for
+/// its threads.
 ///
 /// The helper (tolvane-confine) stands between us and the engine. It lives until the last
 /// descendant of the engine is gone, so its end is the engine's.
@@ -50,11 +52,13 @@ class EngineProcess {
 
  private:
   void signal(int number) const noexcept;
+  void endWithThisProcess();
   void reap() noexcept;
 
   Descriptor report_;          // the helper's words, as far as they were not yet read
   Descriptor process_;         // a pidfd of the helper
   std::optional<int> status_;  // present once reaped
+  std::optional<LastAct> atTheEnd_;
 };
 
 }  // namespace tolvane

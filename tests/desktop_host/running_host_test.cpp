@@ -10,6 +10,8 @@
 #include "tests/desktop_host/session.h"
 #include "tests/support/eventually.h"
 #include "tests/support/script_folder.h"
+#include "tests/support/stop_watch.h"
+#include "tests/support/stubborn_job.h"
 
 namespace tolvane {
 namespace {
@@ -230,6 +232,21 @@ TEST_F(RunningHostTest, QuittingEndsARunningJobWithoutATrace) {
   EXPECT_THAT(folder_.names(), ElementsAre("film.mp4"));
   EXPECT_EQ(output("ps -o args= -p " + engines), "");
   EXPECT_FALSE(isOnBus(support::hostName));
+}
+
+TEST_F(RunningHostTest, ASecondSignalEndsAJobThatALibraryHolds) {
+  support::writeStubbornPdf(folder_ / "a.pdf");
+  openFile(folder_ / "a.pdf");
+  press("JPEG, .jpg");
+  press("Start");
+  ASSERT_TRUE(eventually([this] { return folder_.names().size() == 2; }));  // with a workspace
+  ASSERT_TRUE(support::eventuallyPaints(host_->process()));
+  ASSERT_TRUE(support::eventuallyTakes(host_->process(), SIGTERM));
+  host_->signal(SIGTERM);
+  const support::StopWatch watch;
+  EXPECT_EQ(host_->wait(), -1);
+  EXPECT_LT(watch.seconds(), 10);
+  EXPECT_THAT(folder_.names(), ElementsAre("a.pdf"));
 }
 
 TEST_F(RunningHostTest, RemoteFilesAreRefusedAndNotTakenForTheSelection) {

@@ -33,14 +33,6 @@ void makeOld(const fs::path& path) {
   ::utimensat(AT_FDCWD, path.c_str(), longAgo, AT_SYMLINK_NOFOLLOW);
 }
 
-TEST(JobWorkspaceTest, GoesWithAProcessThatDoesNotWait) {
-  const TemporaryFolder folder;
-  const JobWorkspace running(folder.path());
-  folder.write((running.path().filename() / "half").string(), "written");
-  JobWorkspace::removeAll();
-  EXPECT_TRUE(fs::is_empty(folder.path()));
-}
-
 TEST(JobWorkspaceTest, GoesAlsoWhereItsDestinationWasMovedTo) {
   const TemporaryFolder folder;
   fs::create_directory(folder / "before");

@@ -51,19 +51,13 @@ fs::path coverFor(const ConfinedEngine& engine) {
 
 }  // namespace
 
-SocketDirectory::SocketDirectory()
-    : path_("/tmp/tv-" + FileSystem::newUuid().substr(0, nameLength)) {
-  FileSystem::createDirectory(path_, FileSystem::ownerOnly);
-}
-
-SocketDirectory::~SocketDirectory() {
-  FileSystem::removeQuietly(path_);
-}
+SocketDirectory::SocketDirectory() : folder_("/tmp", "tv-", nameLength) {}
 
 void SocketDirectory::addTo(ConfinedEngine& engine) const {
-  engine.sockets = path_;
+  engine.sockets = folder_.path();
   engine.cover = coverFor(engine);
-  engine.arguments.insert(engine.arguments.begin(), "-env:OSL_SOCKET_PATH=" + path_.string());
+  engine.arguments.insert(engine.arguments.begin(),
+                          "-env:OSL_SOCKET_PATH=" + folder_.path().string());
 }
 
 }  // namespace tolvane

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
+
+#include "platform/files/transient_folder.h"
 
 namespace tolvane {
 
-/// A new folder for running engines that work on no document. It goes with this object.
+/// A new folder for running engines beside the job's own. It goes with this object; what a killed
+/// process left of that name goes with the next one.
 class TemporaryGround {
  public:
   /// Stands in /tmp, else in /var/tmp, else in TMPDIR: that variable comes last, because a wrong
@@ -13,14 +17,11 @@ class TemporaryGround {
   /// @param name the beginning of the folder's name.
   /// @throws PlatformError when it can be made in none of them.
   explicit TemporaryGround(const std::string& name);
-  ~TemporaryGround();
-  TemporaryGround(const TemporaryGround&) = delete;
-  TemporaryGround& operator=(const TemporaryGround&) = delete;
 
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const std::filesystem::path& path() const { return folder_->path(); }
 
  private:
-  std::filesystem::path path_;
+  std::optional<TransientFolder> folder_;  // present from construction on
 };
 
 }  // namespace tolvane

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include "engine/primitives/conversion_failure.h"
+#include "platform/ending/last_act.h"
+#include "platform/files/transient_folder.h"
 #include "tests/support/failure_text.h"
 #include "tests/universal/toolchain/host_program.h"
 #include "tests/universal/toolchain/toolchain_fixture.h"
@@ -123,6 +125,32 @@ TEST_F(ToolchainFailureTest, EndsAnEngineThatItsWatcherCondemns) {
   child.pop_back();
   EXPECT_FALSE(isAlive(child));
   EXPECT_THAT(leftInWorkspace(), ::testing::UnorderedElementsAre(".engine-tmp", "children"));
+}
+
+/// Ends this process with 0 when, at the end of its last acts, nothing is left of an engine that
+/// writes without end.
+[[noreturn]] void endWhileItRuns(const LocalToolchain& toolchain, EngineRun order) {
+  const fs::path parent = order.in;
+  const TransientFolder workspace(parent, "t-");
+  order.in = workspace.path();
+  const CancellationToken never;
+  std::thread([&] { failureText([&] { return toolchain.run(order, never); }); }).detach();
+  std::string child;
+  while (child.empty() || child.back() != '\n') {
+    std::this_thread::yield();
+    child = support::contentOf(order.in / "child");
+  }
+  LastAct::performAll();
+  child.pop_back();
+  ::_exit(fs::is_empty(parent) && !support::ToolchainFixture::isAlive(child) ? 0 : 1);
+}
+
+TEST_F(ToolchainFailureTest, LeavesNothingWhenTheProgramDoesNotWaitForTheEngine) {
+  const EngineRun order = engine("stubborn",
+                                 "trap '' TERM\n"
+                                 "(while :; do echo x > file; rm file; done) & echo $! > child\n"
+                                 "wait");
+  EXPECT_EXIT(endWhileItRuns(toolchain_, order), ::testing::ExitedWithCode(0), "");
 }
 
 TEST_F(ToolchainFailureTest, PassesSystemErrorsOn) {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/stop_watch.h"
 #include "tests/support/temporary_folder.h"
 #include "universal/toolchain/local_toolchain.h"
 
@@ -51,17 +51,6 @@ class ToolchainFixture : public ::testing::Test {
   TemporaryFolder folder_;
   LocalToolchain toolchain_;
   CancellationToken token_;
-};
-
-/// Seconds since this object was made.
-class StopWatch {
- public:
-  [[nodiscard]] double seconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
-  }
-
- private:
-  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace tolvane::support
