@@ -84,7 +84,9 @@ int run(const std::vector<std::string>& words,
 }  // namespace
 
 int main(int count, char** words) {
+  // Both show as failed writes.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   drawWithoutGraphicsDriver();
   try {
     useXServer();

@@ -6,6 +6,8 @@
 #include <utility>
 
 #include "engine/primitives/conversion_failure.h"
+#include "engine/primitives/failure_text.h"
+#include "platform/ending/memory_reserve.h"
 
 namespace tolvane {
 
@@ -23,7 +25,7 @@ ChannelReply previewOf(const ConversionEngine& engine, const fs::path& file, std
   try {
     return engine.thumbnail(file, page);
   } catch (const std::exception& failure) {
-    return ChannelError{"preview", failure.what(), {}};
+    return ChannelError{"preview", FailureText::of(failure), {}};
   }
 }
 
@@ -115,6 +117,7 @@ JobControl::Outcome JobControl::run(const ConversionEngine& engine,
                                     const CancellationToken& token,
                                     const Progress& progress) {
   const Clock::time_point started = Clock::now();
+  MemoryReserve::hold();
   try {
     const std::vector<fs::path> outputs =
         engine.run({request.action,
@@ -128,7 +131,7 @@ JobControl::Outcome JobControl::run(const ConversionEngine& engine,
     const char* status = failure.isCancelled() ? "cancelled" : "failed";
     return {status, {}, failure.errorDescription(), started};
   } catch (const std::exception& failure) {
-    return {"failed", {}, failure.what(), started};
+    return {"failed", {}, FailureText::of(failure), started};
   }
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "catalog/capability_catalog.h"
+#include "engine/primitives/failure_text.h"
 #include "engine/primitives/limits.h"
 
 namespace tolvane {
@@ -69,7 +70,7 @@ Selection::Inspection Selection::inspect(const ConversionEngine& engine,
       inspection.files.push_back(engine.inspect(url));
     } catch (const std::exception& failure) {
       if (++inspection.failures == 1) {
-        inspection.firstFailure = failure.what();
+        inspection.firstFailure = FailureText::of(failure);
       }
     }
   }

@@ -5,6 +5,7 @@
 #include "cli/console.h"
 #include "engine/conversion_engine.h"
 #include "engine/json/value_json.h"
+#include "engine/primitives/failure_text.h"
 
 namespace tolvane {
 
@@ -15,7 +16,7 @@ Value judged(const std::string& file) {
   try {
     return ConversionEngine().inspect(file).json();
   } catch (const std::exception& error) {
-    return Value::Map{{"path", file}, {"error", error.what()}};
+    return Value::Map{{"path", file}, {"error", FailureText::of(error)}};
   }
 }
 

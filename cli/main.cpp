@@ -15,6 +15,7 @@
 #include "cli/offer_commands.h"
 #include "cli/offers_command.h"
 #include "cli/open_command.h"
+#include "engine/primitives/failure_text.h"
 
 namespace {
 
@@ -52,8 +53,10 @@ ExitStatus run(const Arguments& arguments) {
 
 int main(int count, char** words) {
   tolvane::Console::claimStreams();
-  // A reader that goes away shows as a failed write; it must not end a job half-way.
+  // A reader that goes away and a file that grows too large show as failed writes; they must not
+  // end a job half-way.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   ExitStatus status = ExitStatus::failed;
   try {
     status = run(Arguments::parse({words + 1, words + count}));
@@ -61,7 +64,7 @@ int main(int count, char** words) {
     tolvane::Console::say(std::string(error.what()) + " See tolvane --help.\n");
     status = ExitStatus::wrongUsage;
   } catch (const std::exception& error) {
-    tolvane::Console::say(std::string(error.what()) + "\n");
+    tolvane::Console::say(tolvane::FailureText::of(error) + "\n");
   }
   if (!tolvane::Console::flushResults() && status == ExitStatus::done) {
     tolvane::Console::say("The results could not be written to standard output.\n");

@@ -4,12 +4,15 @@
 #include <array>
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <poll.h>
+#include <string_view>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
 #include "platform/ending/last_act.h"
+#include "platform/ending/memory_reserve.h"
 #include "platform/files/platform_error.h"
 
 namespace tolvane {
@@ -61,6 +64,13 @@ sigset_t blocked() {
   ::_exit(signalled + signal);
 }
 
+void clearUp() {
+  // A file system that does not answer must not keep the process.
+  std::signal(SIGALRM, SIG_DFL);
+  ::alarm(longestCleanUp);
+  LastAct::performAll();
+}
+
 }  // namespace
 
 EndingSignals::EndingSignals(Duration patience)
@@ -96,7 +106,9 @@ void EndingSignals::setDeadline(const Deadline& deadline) {
 
 void EndingSignals::watch() {
   constexpr int forGood = -1;
-  std::array<pollfd, 2> watched = {{{signals_.number(), POLLIN, 0}, {news_.number(), POLLIN, 0}}};
+  std::array<pollfd, 3> watched = {{{signals_.number(), POLLIN, 0},
+                                    {news_.number(), POLLIN, 0},
+                                    {abort_.descriptor(), POLLIN, 0}}};
   for (;;) {
     std::unique_lock guard(lock_);
     if (isOver_) {
@@ -115,6 +127,9 @@ void EndingSignals::watch() {
     ::poll(watched.data(), watched.size(), wait);
     std::uint64_t ignored = 0;
     [[maybe_unused]] const ssize_t count = ::read(news_.number(), &ignored, sizeof ignored);
+    if (abort_.hasCome()) {
+      endAfterAbort();
+    }
     take();
   }
 }
@@ -132,11 +147,18 @@ void EndingSignals::take() {
   }
 }
 
+void EndingSignals::endAfterAbort() {
+  MemoryReserve::release();
+  clearUp();
+  constexpr std::string_view sentence =
+      "The program was ended because a library could not go on, most often for lack of memory. "
+      "Close other programs, or choose fewer or smaller files.\n";
+  [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, sentence.data(), sentence.size());
+  ::_exit(EXIT_FAILURE);
+}
+
 void EndingSignals::endNow(int signal, int status) {
-  // A file system that does not answer must not keep the process.
-  std::signal(SIGALRM, SIG_DFL);
-  ::alarm(longestCleanUp);
-  LastAct::performAll();
+  clearUp();
   if (signal == 0) {
     ::_exit(status);
   }

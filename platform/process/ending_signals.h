@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "platform/files/descriptor.h"
+#include "platform/process/abort_notice.h"
 
 namespace tolvane {
 
@@ -16,7 +17,8 @@ namespace tolvane {
 /// The first of them is told to the program, which ends in its own way. A second one, or the end of
 /// the time that the program has, ends it whatever its threads are doing: engines are killed, the
 /// folders of running jobs removed (LastAct), and the process dies of that signal. A thread of this
-/// object's own sees to that, since any other may be lost in a library.
+/// object's own sees to that, since any other may be lost in a library. It ends the process in the
+/// same way, with a sentence on standard error and status 1, when a library gives up (AbortNotice).
 ///
 /// To be made before any other thread is started, which would be ended by the signals, and to
 /// outlive all that may take long to end. Main thread only.
@@ -55,8 +57,10 @@ class EndingSignals {
   void take();
   void setDeadline(const Deadline& deadline);
   [[noreturn]] static void endNow(int signal, int status);
+  [[noreturn]] static void endAfterAbort();
 
   Duration patience_;
+  AbortNotice abort_;
   sigset_t set_ = {};
   Descriptor signals_;
   Descriptor hasCome_;  // eventfd

@@ -68,7 +68,7 @@ struct Plan {
   sigset_t none = {};
   ::sigemptyset(&none);
   ::sigprocmask(SIG_SETMASK, &none, nullptr);  // NOLINT(concurrency-mt-unsafe): one thread here
-  for (const int ignoredByUs : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGCHLD}) {
+  for (const int ignoredByUs : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ, SIGCHLD}) {
     ::signal(ignoredByUs, SIG_DFL);
   }
   const int nowhere = ::open("/dev/null", O_WRONLY | O_CLOEXEC);

@@ -35,7 +35,9 @@ class ProgramTest : public ::testing::Test {
     builder.write(folder_ / name);
   }
 
-  pid_t start(std::vector<std::string> words, const std::string& input = "") {
+  pid_t start(std::vector<std::string> words,
+              const std::string& input = "",
+              const char* program = TOLVANE_PROGRAM) {
     folder_.write("in", input);
     posix_spawn_file_actions_t actions = {};
     ::posix_spawn_file_actions_init(&actions);
@@ -46,15 +48,14 @@ class ProgramTest : public ::testing::Test {
     open(STDIN_FILENO, in_, O_RDONLY);
     open(STDOUT_FILENO, out_, O_WRONLY | O_CREAT | O_TRUNC);
     open(STDERR_FILENO, "err", O_WRONLY | O_CREAT | O_TRUNC);
-    words.insert(words.begin(), TOLVANE_PROGRAM);
+    words.insert(words.begin(), program);
     std::vector<char*> pointers;
     for (std::string& word : words) {
       pointers.push_back(word.data());
     }
     pointers.push_back(nullptr);
     pid_t process = 0;
-    EXPECT_EQ(::posix_spawn(&process, TOLVANE_PROGRAM, &actions, nullptr, pointers.data(), environ),
-              0);
+    EXPECT_EQ(::posix_spawn(&process, program, &actions, nullptr, pointers.data(), environ), 0);
     ::posix_spawn_file_actions_destroy(&actions);
     return process;
   }
@@ -66,8 +67,10 @@ class ProgramTest : public ::testing::Test {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
 
-  int run(std::vector<std::string> words, const std::string& input = "") {
-    return finish(start(std::move(words), input));
+  int run(std::vector<std::string> words,
+          const std::string& input = "",
+          const char* program = TOLVANE_PROGRAM) {
+    return finish(start(std::move(words), input, program));
   }
 
   /// Starts a job that takes seconds and waits until it has begun to write.

@@ -70,6 +70,19 @@ TEST(EndingSignalsDeathTest, EndTheProcessWhenItsTimeIsOver) {
       "");
 }
 
+TEST(EndingSignalsDeathTest, EndTheProcessInOrderWhenALibraryGivesUp) {
+  for (const int signal : {SIGABRT, SIGTRAP, SIGSEGV, SIGBUS}) {
+    EXPECT_EXIT(
+        {
+          const EndingSignals signals;
+          const LastAct act([] { std::fputs("act. ", stderr); });
+          std::raise(signal);
+        },
+        ::testing::ExitedWithCode(1),
+        "^act\\. The program was ended because a library could not go on, ");
+  }
+}
+
 TEST(EndingSignalsDeathTest, LetNothingBeginOnceTheProcessEnds) {
   EXPECT_EXIT(
       {
