@@ -102,6 +102,9 @@ void JsonRpcHost::receive(std::string_view line) {
   Value message;
   try {
     message = ValueJson::parse(line);
+  } catch (const ValueJson::BoundsError& error) {
+    conversation_->output(errorLine(nullptr, {parseError.code, parseError.message, error.what()}));
+    return;
   } catch (const ValueJson::ParseError&) {
     conversation_->output(errorLine(nullptr, parseError));
     return;

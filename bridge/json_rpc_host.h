@@ -33,7 +33,8 @@ class JsonRpcHost {
   JsonRpcHost& operator=(const JsonRpcHost&) = delete;
 
   /// Takes one line without its end. Never throws for what is in it: a line that is no request is
-  /// answered with an error. Ignored once the host is asked to quit.
+  /// answered with an error, whose "data" says so when it is too large or nested too deeply.
+  /// Ignored once the host is asked to quit.
   void receive(std::string_view line);
 
   /// The other side has gone: a quit without a reply.

@@ -253,6 +253,11 @@ std::size_t StandardReader::size() {
 std::size_t StandardReader::count(std::size_t smallest) {
   const std::size_t count = size();
   requireLeft(count, smallest);
+  // Lists within each other could each claim all the bytes that are left.
+  if (count > membersLeft_) {
+    throw MalformedMessage("The message is cut short.");
+  }
+  membersLeft_ -= count;
   return count;
 }
 

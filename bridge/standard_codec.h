@@ -49,11 +49,12 @@ class StandardWriter {
 };
 
 /// Reads the values of one message in order. Never reads past its end, and never makes room for
-/// more members than the bytes that are left could hold. Every member throws MalformedMessage.
+/// more members, in all its lists and maps together, than it has bytes. Every member throws
+/// MalformedMessage.
 class StandardReader {
  public:
   /// @param message not copied; outlives this object.
-  explicit StandardReader(BytesView message) : message_(message) {}
+  explicit StandardReader(BytesView message) : message_(message), membersLeft_(message.size()) {}
 
   std::uint8_t byte();
   /// Lists of numbers of one type read as lists of values. A map with a key that is not text is
@@ -72,7 +73,8 @@ class StandardReader {
   template <typename T>
   T raw();
   std::size_t size();
-  /// A number of members, each of at least `smallest` bytes, checked against what is left.
+  /// A number of members, each of at least `smallest` bytes, checked against what is left, and
+  /// taken from what other lists and maps may have.
   std::size_t count(std::size_t smallest);
   void requireLeft(std::size_t count, std::size_t each) const;
   void align(std::size_t boundary);
@@ -80,6 +82,7 @@ class StandardReader {
 
   BytesView message_;
   std::size_t position_ = 0;
+  std::size_t membersLeft_;
 };
 
 }  // namespace tolvane

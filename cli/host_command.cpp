@@ -10,13 +10,14 @@
 #include "bridge/json_rpc_host.h"
 #include "cli/console.h"
 #include "cli/host_session.h"
+#include "engine/json/value_json.h"
 
 namespace tolvane {
 
 namespace {
 
-/// Longer lines are not kept; they are answered like lines that cannot be read.
-constexpr std::size_t maxLine = std::size_t{64} << 20;
+/// Of longer lines, only the beginning is kept, which is refused for its length.
+constexpr std::size_t maxLine = ValueJson::maxText + 1;
 
 /// What a running job has for its end once nobody listens any more; what the worker does without a
 /// job is reading files that were handed in last.
@@ -53,23 +54,16 @@ class LineReader {
   }
 
  private:
-  void keep(std::string_view piece) {
-    isTooLong_ = isTooLong_ || pending_.size() + piece.size() > maxLine;
-    if (!isTooLong_) {
-      pending_ += piece;
-    }
-  }
+  void keep(std::string_view piece) { pending_ += piece.substr(0, maxLine - pending_.size()); }
 
   template <typename Line>
   void finish(const Line& line) {
-    line(isTooLong_ ? std::string_view() : std::string_view(pending_));
+    line(std::string_view(pending_));
     pending_.clear();
-    isTooLong_ = false;
   }
 
   int descriptor_;  // not owned
   std::string pending_;
-  bool isTooLong_ = false;
 };
 
 void writeLine(const std::string& line) {

@@ -45,13 +45,13 @@ Json jsonOf(const Value& value) {
   return std::visit(ToJson(), value.variant());
 }
 
-Value valueOf(const Json& json, int depth);
+Value valueOf(const Json& json);
 
-Value listOf(const Json& json, int depth) {
+Value listOf(const Json& json) {
   Value::List list;
   list.reserve(json.size());
   for (const Json& member : json) {
-    list.push_back(valueOf(member, depth));
+    list.push_back(valueOf(member));
   }
   return list;
 }
@@ -68,13 +68,13 @@ std::optional<Value::Bytes> bytesOf(const Json& json) {
   return bytes && Base64::encode(*bytes) == text ? std::move(bytes) : std::nullopt;
 }
 
-Value mapOf(const Json& json, int depth) {
+Value mapOf(const Json& json) {
   if (auto bytes = bytesOf(json)) {
     return std::move(*bytes);
   }
   Value::Map map;
   for (const auto& [key, member] : json.items()) {
-    map.emplace(key, valueOf(member, depth));
+    map.emplace(key, valueOf(member));
   }
   return map;
 }
@@ -86,15 +86,12 @@ Value numberOf(const Json& json) {
                                                : Value(json.get<std::int64_t>());
 }
 
-Value valueOf(const Json& json, int depth) {
-  if (json.is_structured() && depth >= Value::maxDepth) {
-    throw ParseError("The text is nested too deeply.");
-  }
+Value valueOf(const Json& json) {
   if (json.is_array()) {
-    return listOf(json, depth + 1);
+    return listOf(json);
   }
   if (json.is_object()) {
-    return mapOf(json, depth + 1);
+    return mapOf(json);
   }
   if (json.is_number()) {
     return numberOf(json);
@@ -103,6 +100,62 @@ Value valueOf(const Json& json, int depth) {
     return json.get<bool>();
   }
   return json.is_string() ? Value(json.get_ref<const std::string&>()) : Value();
+}
+
+/// Counts lists, maps and their members, whether or not the rest is JSON.
+class Bounds {
+ public:
+  void read(char character) {
+    if (isInText_) {
+      readInText(character);
+    } else if (character == '"') {
+      isInText_ = true;
+    } else if (character == '[' || character == '{') {
+      ++members_;
+      ++depth_;
+    } else if (character == ']' || character == '}') {
+      --depth_;
+    } else if (character == ',') {
+      ++members_;
+    }
+  }
+
+  void require() const {
+    if (depth_ > Value::maxDepth) {
+      throw BoundsError("The text is nested too deeply.");
+    }
+    if (members_ > maxMembers) {
+      throw BoundsError("The text has too many members.");
+    }
+  }
+
+ private:
+  void readInText(char character) {
+    if (isEscaped_) {
+      isEscaped_ = false;
+    } else if (character == '\\') {
+      isEscaped_ = true;
+    } else if (character == '"') {
+      isInText_ = false;
+    }
+  }
+
+  bool isInText_ = false;
+  bool isEscaped_ = false;
+  int depth_ = 0;
+  std::size_t members_ = 0;
+};
+
+/// Before anything is read: what is refused must not take memory first.
+void requireBounds(std::string_view text) {
+  if (text.size() > maxText) {
+    throw BoundsError("The text is too long.");
+  }
+  Bounds bounds;
+  for (const char character : text) {
+    bounds.read(character);
+    bounds.require();
+  }
 }
 
 }  // namespace
@@ -115,13 +168,14 @@ std::string write(const Value& value, Layout layout) {
 }
 
 Value parse(std::string_view text) {
+  requireBounds(text);
   Json json;
   try {
     json = Json::parse(text);
   } catch (const Json::exception& error) {
     throw ParseError(error.what());
   }
-  return valueOf(json, 0);
+  return valueOf(json);
 }
 
 }  // namespace tolvane::ValueJson

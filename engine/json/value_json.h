@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -11,10 +12,21 @@
 /// not a number) is written null.
 namespace tolvane::ValueJson {
 
-/// Text that is no JSON, or nested more than Value::maxDepth deep.
+/// Bounds of what is read, by which a small text cannot take much memory: some 200 MB at most.
+inline constexpr std::size_t maxText = std::size_t{16} << 20;  // bytes
+inline constexpr std::size_t maxMembers = 1'000'000;           // of all lists and maps together
+
+/// Text that is no JSON.
 class ParseError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
+};
+
+/// Text that is longer than maxText, has more than maxMembers, or is nested more than
+/// Value::maxDepth deep. What it says is a sentence.
+class BoundsError : public ParseError {
+ public:
+  using ParseError::ParseError;
 };
 
 enum class Layout {
@@ -27,7 +39,7 @@ enum class Layout {
 
 /// Whole numbers past 64 bits read as doubles; a map whose only member is "$bytes" with base64 text
 /// reads as bytes.
-/// @throws ParseError
+/// @throws ParseError, BoundsError
 [[nodiscard]] Value parse(std::string_view text);
 
 }  // namespace tolvane::ValueJson

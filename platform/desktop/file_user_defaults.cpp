@@ -11,11 +11,16 @@ namespace tolvane {
 
 namespace {
 
+constexpr std::size_t maxSize = std::size_t{1} << 20;  // bytes; ours have some hundred
+
 nlohmann::json objectIn(const std::filesystem::path& file) {
   try {
-    const Bytes bytes = FileSystem::readAll(file);
+    const Bytes bytes = FileSystem::readPrefix(file, maxSize + 1);
+    if (bytes.size() > maxSize) {
+      return nlohmann::json::object();
+    }
     return nlohmann::json::parse(asText(bytes)).get<nlohmann::json::object_t>();
-  } catch (const std::exception&) {  // missing or damaged
+  } catch (const std::exception&) {  // missing or damaged, as is what is too large
     return nlohmann::json::object();
   }
 }

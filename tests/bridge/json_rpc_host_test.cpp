@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -141,6 +142,18 @@ INSTANTIATE_TEST_SUITE_P(
                  invalidOne},
         LineCase{"id that is a flag", R"({"jsonrpc":"2.0","id":true,"method":"hide"})", invalid},
         LineCase{"id that is a list", R"({"jsonrpc":"2.0","id":[],"method":"hide"})", invalid}));
+
+TEST_F(JsonRpcHostTest, SaysWhyItRefusesWhatIsTooLarge) {
+  const std::pair<std::string, const char*> cases[] = {
+      {R"({"jsonrpc":"2.0","id":1,"method":"hide","params":)" + std::string(1'000, '['),
+       "The text is nested too deeply."},
+      {std::string(20'000'000, ' '), "The text is too long."}};
+  for (const auto& [line, sentence] : cases) {
+    EXPECT_EQ(answersTo(line),
+              Lines{std::string(R"({"error":{"code":-32700,"data":")") + sentence +
+                    R"(","message":"Parse error"},"id":null,"jsonrpc":"2.0"})"});
+  }
+}
 
 TEST_F(JsonRpcHostTest, SaysWhyTheGestureStaysOffAlsoByEvent) {
   answersTo(R"({"jsonrpc":"2.0","method":"ready"})");

@@ -1,5 +1,7 @@
 #include "bridge/standard_codec.h"
 
+#include <sys/resource.h>
+
 #include <gtest/gtest.h>
 
 #include "bridge/method_codec.h"
@@ -148,6 +150,26 @@ TEST(StandardCodecDepth, EndsAt512InBothDirections) {
                MalformedMessage);
   message.insert(message.begin(), {13, 1, 7, 0});
   EXPECT_THROW(static_cast<void>(StandardCodec::decode(message)), MalformedMessage);
+}
+
+/// Lists within each other, each of which claims all the bytes that are left.
+TEST(StandardCodecDepth, MakesNoRoomForMembersTwice) {
+  constexpr std::size_t size = 60'000;
+  Bytes message;
+  for (int depth = 1; depth < Value::maxDepth; ++depth) {
+    const std::size_t left = size - message.size() - 4;
+    message.insert(
+        message.end(),
+        {12, 254, static_cast<std::uint8_t>(left), static_cast<std::uint8_t>(left >> 8)});
+  }
+  message.resize(size);
+  rusage before = {};
+  rusage after = {};
+  ::getrusage(RUSAGE_SELF, &before);
+  EXPECT_THROW(static_cast<void>(StandardCodec::decode(message)), MalformedMessage);
+  ::getrusage(RUSAGE_SELF, &after);
+  constexpr long many = 200'000;  // kilobytes; all of them together would take 1.7 GB
+  EXPECT_LT(after.ru_maxrss - before.ru_maxrss, many);
 }
 
 TEST(MethodCodecTest, WritesACallAsNameAndArguments) {

@@ -31,10 +31,16 @@ TEST(FileUserDefaults, KeepsTextsForTheNextProcess) {
 
 TEST(FileUserDefaults, TakesADamagedFileAsEmptyAndReplacesIt) {
   const support::TemporaryFolder folder;
-  for (const char* damaged : {"", "{\"a\": ", "[1]", "{\"shortcutKey\": 5}", "\xff"}) {
+  const std::string tooLarge = "{\"shortcutKey\": \"X\"" + std::string(2'000'000, ' ') + "}";
+  for (const std::string& damaged : {std::string(),
+                                     std::string("{\"a\": "),
+                                     std::string("[1]"),
+                                     std::string("{\"shortcutKey\": 5}"),
+                                     std::string("\xff"),
+                                     tooLarge}) {
     const auto file = folder.write("settings.json", damaged);
     FileUserDefaults defaults(file);
-    EXPECT_EQ(defaults.text("shortcutKey"), std::nullopt) << damaged;
+    EXPECT_EQ(defaults.text("shortcutKey"), std::nullopt) << damaged.substr(0, 9);
     defaults.setText("shortcutKey", "F");
     EXPECT_EQ(FileUserDefaults(file).text("shortcutKey"), "F");
   }

@@ -1,9 +1,13 @@
 #include "engine/json/value_json.h"
 
 #include <limits>
+#include <string>
 #include <tuple>
+#include <utility>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/failure_text.h"
 
 namespace tolvane {
 namespace {
@@ -44,6 +48,24 @@ TEST(ValueJsonTest, IndentsForPeople) {
 TEST(ValueJsonTest, ReadsNumbersPast64BitsAsDoubles) {
   EXPECT_EQ(ValueJson::parse("9223372036854775808"), Value(9223372036854775808.0));
   EXPECT_EQ(ValueJson::parse("1e3"), Value(1000.0));
+}
+
+TEST(ValueJsonTest, RefusesWhatIsTooLargeBeforeItIsRead) {
+  const std::pair<std::string, const char*> cases[] = {
+      {std::string(60'000'000, '['), "The text is too long."},
+      {std::string(16'000'000, '['), "The text is nested too deeply."},
+      {R"({"a":[[],"\"[[",)" + std::string(512, '['), "The text is nested too deeply."},
+      {"[" + std::string(1'000'000, ',') + "]", "The text has too many members."}};
+  for (const auto& [text, sentence] : cases) {
+    EXPECT_EQ(support::failureText([&text = text] { return ValueJson::parse(text); }), sentence);
+  }
+  std::string flat = "[0";
+  for (int member = 1; member < 999'999; ++member) {
+    flat += ",0";
+  }
+  EXPECT_EQ(ValueJson::parse(flat + "]").list()->size(), 999'999U);
+  const std::string brackets(1'000, '[');
+  EXPECT_EQ(ValueJson::parse("\"" + brackets + "\""), Value(brackets));
 }
 
 TEST(ValueJsonTest, RefusesWhatIsNoJsonOrTooDeep) {
