@@ -72,7 +72,7 @@ TEST_F(ProgramTest, AToolTakesTheOptionsThatItsOfferShows) {
     std::vector<std::string> words = {"tool", "compress", path("a-page-1.jpg")};
     words.insert(words.end(), settings.begin(), settings.end());
     EXPECT_EQ(run(words), 0) << err();
-    return contentOf(path("result-compress.jpg"));
+    return support::contentOf(path("result-compress.jpg"));
   };
   const std::string shown = compressed({});
   std::filesystem::remove(path("result-compress.jpg"));
