@@ -131,8 +131,7 @@ bool isZip(const fs::path& file) {
 /// Lists an archive and lets it pass only if it can be extracted.
 /// @param read the input as 7zz is told of it.
 ArchiveNames judgedNames(const fs::path& input, const fs::path& read, const JobContext& context) {
-  const Bytes printed =
-      context.run("7zz", {"l", "-slt", "-ba", read}, timeLimit, {input});
+  const Bytes printed = context.run("7zz", {"l", "-slt", "-ba", read}, timeLimit, {input});
   const std::string_view listing = asText(printed);
   const bool isClear = TextEncoding::isUtf8(printed) || !isZip(input);
   ArchiveNames names = isClear ? ArchiveNames() : ArchiveNames(ArchiveListing::paths(listing));

@@ -118,7 +118,7 @@ TEST_F(StandInTest, HearTheWholeCommandLine) {
   const fs::path output = workspace() / "result.mp3";
   const std::string sources =
       "-protocol_whitelist file,pipe -format_whitelist aac,ac3,aiff,amr,ape,asf,au,avi,caf,eac3"
-      ",flac,flv,loas,m4v,matroska,mov,mp3,mpeg,mpegts,ogg,tta,w64,wav,wv";
+      ",flac,flv,gif,loas,m4v,matroska,mov,mp3,mpeg,mpegts,ogg,tta,w64,wav,wv";
   UniversalEngine::media(
       {"/clips/a.mp4", FileKind::video, ""}, "mp3", {}, output, {}, withStandIns());
   EXPECT_THAT(runsOf("ffprobe"),
