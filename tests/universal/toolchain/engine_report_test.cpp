@@ -21,7 +21,7 @@ TEST(EngineReportTest, TellsTheVersionOfEveryInstalledEngine) {
   EXPECT_EQ(report.confinement,
             "Engines run confined by mounts of their own, Landlock and a system-call filter: they "
             "read the files of their job and the system's own, and have no network.");
-  ASSERT_EQ(report.engines.size(), 11U);
+  ASSERT_EQ(report.engines.size(), 12U);
   for (const EngineStatus& engine : report.engines) {
     if (engine.name == "osascript") {
       EXPECT_FALSE(engine.path);
