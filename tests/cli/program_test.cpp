@@ -132,7 +132,7 @@ TEST_F(ProgramTest, InterruptsThatTheCallerIgnoresAreIgnored) {
   const pid_t process = startLongJob();
   std::signal(SIGHUP, previous);
   ::kill(process, SIGHUP);
-  EXPECT_EQ(finish(process), 0);
+  EXPECT_EQ(finish(process), 0) << err();
 }
 
 TEST_F(ProgramTest, LostResultsAreAFailure) {

@@ -71,7 +71,12 @@ TEST(EndingSignalsDeathTest, EndTheProcessWhenItsTimeIsOver) {
 }
 
 TEST(EndingSignalsDeathTest, EndTheProcessInOrderWhenALibraryGivesUp) {
-  for (const int signal : {SIGABRT, SIGTRAP, SIGSEGV, SIGBUS}) {
+#ifdef __SANITIZE_ADDRESS__  // which answers for the others itself
+  const auto given = {SIGABRT, SIGTRAP};
+#else
+  const auto given = {SIGABRT, SIGTRAP, SIGSEGV, SIGBUS};
+#endif
+  for (const int signal : given) {
     EXPECT_EXIT(
         {
           const EndingSignals signals;
