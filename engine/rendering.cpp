@@ -91,6 +91,8 @@ Bitmap loadImage(const std::filesystem::path& url, std::int64_t maxDimension) {
     if (maxDimension >= Limits::minRequestedSide && maxDimension <= Limits::maxImageSide) {
       return imageDecoder().decode(url, static_cast<int>(maxDimension));
     }
+  } catch (const IncompleteImage&) {
+    throw ConversionFailure::message(imageIsCutShort);
   } catch (const PlatformError&) {
   } catch (const std::bad_alloc&) {
   }

@@ -23,6 +23,10 @@ void render(PdfDocument& document, int page, double scale, Bitmap& bitmap);
 [[nodiscard]] bool renderWithin(
     PdfDocument& document, int page, double maxWidth, double maxHeight, Bitmap& bitmap);
 
+/// Said of a picture that ends before all of it was there.
+inline constexpr const char* imageIsCutShort =
+    "This image is cut short. Get a complete copy of it.";
+
 /// The first picture of an image file, upright, its longer side at most `maxDimension` pixels.
 /// @throws ConversionFailure when it cannot be decoded or `maxDimension` is outside 16...16,384.
 [[nodiscard]] Bitmap loadImage(const std::filesystem::path& url, std::int64_t maxDimension);

@@ -10,6 +10,7 @@
 #include "platform/images/image_limits.h"
 #include "platform/images/jpeg_codec.h"
 #include "platform/images/jpeg_photo.h"
+#include "platform/images/jpeg_segments.h"
 #include "platform/images/orientation.h"
 #include "platform/images/png_reader.h"
 #include "platform/modules/module_loader.h"
@@ -47,7 +48,9 @@ std::optional<Bitmap> plainPicture(const fs::path& file, int maxDimension) {
   constexpr std::string_view pngStart = "\x89PNG";
   const Bytes start = FileSystem::readPrefix(file, pngStart.size());
   if (startsWith(start, jpegStart)) {
-    return plainJpeg(FileSystem::readAll(file), maxDimension);
+    const Bytes content = FileSystem::readAll(file);
+    const std::optional<Bytes> completed = withEndOfImage(content);
+    return plainJpeg(completed ? *completed : content, maxDimension);
   }
   if (startsWith(start, pngStart)) {
     return readPlainPng(FileSystem::readAll(file), maxDimension);
@@ -78,6 +81,10 @@ class QuickDecoder final : public ImageDecoder {
 };
 
 }  // namespace
+
+bool IncompleteImage::isMeantBy(std::string_view words) {
+  return words.find("remature end of") != std::string_view::npos;
+}
 
 ImageDecoder& imageDecoder() {
   static QuickDecoder decoder;

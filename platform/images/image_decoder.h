@@ -3,10 +3,21 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
+#include "platform/files/platform_error.h"
 #include "platform/images/bitmap.h"
 
 namespace tolvane {
+
+/// A picture ends before all of it was there.
+class IncompleteImage : public PlatformError {
+ public:
+  using PlatformError::PlatformError;
+
+  /// @return whether that is what the words of the JPEG library, or of one that uses it, mean.
+  [[nodiscard]] static bool isMeantBy(std::string_view words);
+};
 
 /// What the header of a raster image says of its first picture.
 struct ImageHeader {
@@ -56,7 +67,9 @@ class ImageDecoder {
 
   /// The first picture, upright, in sRGB, 8 bits, scaled down (never up) so that its longer side is
   /// at most `maxDimension` pixels. Layout grey, rgb or rgba.
-  /// @throws PlatformError when the file is damaged, cut short or no image.
+  /// A JPEG file may lack its last marker.
+  /// @throws IncompleteImage for a JPEG file that lacks more; PlatformError when the file is
+  /// damaged or no image.
   [[nodiscard]] virtual Bitmap decode(const std::filesystem::path& file, int maxDimension) = 0;
 };
 
@@ -65,6 +78,7 @@ class ImageDecoder {
 /// loaded when it is first needed.
 [[nodiscard]] ImageDecoder& imageDecoder();
 
+/// A photo without its last marker gets one, whatever else it lacks.
 /// @return nullopt when the file is no JPEG, or not one that a PDF can hold as it is. Does not
 /// decode.
 [[nodiscard]] std::optional<JpegPhoto> readJpegPhoto(const std::filesystem::path& file);

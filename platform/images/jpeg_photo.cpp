@@ -167,7 +167,9 @@ std::optional<JpegPhoto> jpegPhoto(BytesView file) {
 }
 
 std::optional<JpegPhoto> readJpegPhoto(const std::filesystem::path& file) {
-  return jpegPhoto(FileSystem::readAll(file));
+  const Bytes content = FileSystem::readAll(file);
+  const std::optional<Bytes> completed = withEndOfImage(content);
+  return jpegPhoto(completed ? *completed : content);
 }
 
 }  // namespace tolvane

@@ -1,5 +1,6 @@
 #include "platform/images/jpeg_segments.h"
 
+#include <cstddef>
 #include <cstring>
 
 #include "platform/images/big_endian.h"
@@ -73,6 +74,25 @@ std::optional<JpegSegment> JpegSegments::next() {
   position_ += 2 + length;
   inScan_ = marker == JpegMarker::startOfScan;
   return JpegSegment{marker, rest.first(2 + length), rest.subspan(4, length - 2)};
+}
+
+std::optional<Bytes> withEndOfImage(BytesView file) {
+  JpegSegments segments(file);
+  std::optional<JpegSegment> segment = segments.next();
+  if (!segment || segment->marker != JpegMarker::startOfImage) {
+    return std::nullopt;
+  }
+  while (segment && segment->marker != JpegMarker::endOfImage) {
+    segment = segments.next();
+  }
+  if (segment || !segments.endsInScan()) {
+    return std::nullopt;
+  }
+  // Half of the marker may be there.
+  const std::size_t end = file.back() == prefix ? file.size() - 1 : file.size();
+  Bytes whole(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
+  whole.insert(whole.end(), {prefix, JpegMarker::endOfImage});
+  return whole;
 }
 
 std::optional<JpegFrame> jpegFrame(const JpegSegment& segment) {

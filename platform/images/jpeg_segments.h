@@ -37,6 +37,9 @@ class JpegSegments {
   /// @return nullopt when the stream is damaged here or ends.
   [[nodiscard]] std::optional<JpegSegment> next();
 
+  /// Whether next() found no segment because the stream ended within the data of a scan.
+  [[nodiscard]] bool endsInScan() const { return inScan_ && position_ == stream_.size(); }
+
  private:
   void skipScanData();
 
@@ -44,6 +47,11 @@ class JpegSegments {
   std::size_t position_ = 0;
   bool inScan_ = false;
 };
+
+/// A file that stops within the data of its last scan, completed by the marker that should follow.
+/// Every viewer shows such a file when it lacks nothing else.
+/// @return nullopt when the file has its end, or stops elsewhere.
+[[nodiscard]] std::optional<Bytes> withEndOfImage(BytesView file);
 
 /// What a frame segment says.
 struct JpegFrame {

@@ -73,6 +73,28 @@ TEST_F(ImageActionsTest, RefusesOtherKinds) {
             "All selected files must be PDFs for this action.");
 }
 
+TEST_F(ImageActionsTest, TakesPhotosWithoutTheirLastMarker) {
+  const std::string whole = support::contentOf(sources_ / "b.jpeg");
+  sources_.write("open.jpeg", whole.substr(0, whole.size() - 2));
+  // In one go, scaled by the complete decoder, and as it is.
+  for (const std::string action : {"image_png", "resize", "images_pdf"}) {
+    const Value::Map options = {{"maxDimension", 30}};
+    const std::string fromWhole = run(action, {"b.jpeg"}, options).front();
+    const std::string fromOpen = run(action, {"open.jpeg"}, options).front();
+    if (action == "images_pdf") {
+      EXPECT_EQ(pdfLibrary().open(results_ / fromOpen)->pageCount(), 1);
+    } else {
+      EXPECT_EQ(decoded(fromOpen).pixels, decoded(fromWhole).pixels) << action;
+    }
+  }
+  // The end is there, what should come before it is not.
+  sources_.write("gap.jpeg", whole.substr(0, whole.size() / 2) + "\xFF\xD9");
+  for (const std::string action : {"image_png", "resize"}) {
+    EXPECT_EQ(failureOf(action, {"gap.jpeg"}, {{"maxDimension", 30}}),
+              "This image is cut short. Get a complete copy of it.");
+  }
+}
+
 TEST_F(ImageActionsTest, RefusesDamagedPicturesInEveryAction) {
   const std::string whole = support::contentOf(sources_ / "b.jpeg");
   sources_.write("cut.jpeg", whole.substr(0, whole.size() / 2));
@@ -83,7 +105,9 @@ TEST_F(ImageActionsTest, RefusesDamagedPicturesInEveryAction) {
         continue;  // its size alone is too large to be combined
       }
       EXPECT_EQ(failureOf(action, {"a.png", file}),
-                "Could not decode the image. Use a dimension between 16 and 16,384 pixels.")
+                file == "cut.jpeg"
+                    ? "This image is cut short. Get a complete copy of it."
+                    : "Could not decode the image. Use a dimension between 16 and 16,384 pixels.")
           << action << " of " << file;
       EXPECT_TRUE(results_.names().empty()) << action << " of " << file;
     }

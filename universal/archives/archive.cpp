@@ -167,7 +167,7 @@ void repack(const fs::path& input,
 bool isCutShort(const fs::path& input, const JobContext& context) try {
   constexpr double timeout = 10;  // seconds
   const Bytes printed = context.toolchain.run({.name = "tar",
-                                               .arguments = {"-tzf", input},
+                                               .arguments = {"--force-local", "-tzf", input},
                                                .in = context.workspace,
                                                .timeout = timeout,
                                                .inputs = {input},

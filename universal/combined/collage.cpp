@@ -47,7 +47,12 @@ fs::path collage(const std::vector<FileInfo>& images, const JobContext& context)
                     "-background",
                     "white",
                     enginePath(output, context)});
-  context.run("magick", std::move(arguments), timeLimit);
+  context.toolchain.run({.name = "magick",
+                         .arguments = std::move(arguments),
+                         .in = context.workspace,
+                         .timeout = timeLimit,
+                         .explain = explainMagick},
+                        context.token);
   return output;
 }
 

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/primitives/file_info.h"
+#include "platform/images/image_decoder.h"
 #include "universal/job/arguments.h"
 #include "universal/job/job_context.h"
 
@@ -20,6 +24,13 @@ void image(const std::filesystem::path& input,
            const Arguments& arguments,
            const Value::Map& options,
            const JobContext& context);
+
+/// What a failure of ImageMagick means, by what it printed.
+/// @return nullopt when that is not known.
+[[nodiscard]] std::optional<std::string> explainMagick(std::string_view printed);
+
+/// @return nullopt when the file cannot be read, or is no image that is read without ImageMagick.
+[[nodiscard]] std::optional<ImageHeader> headerOf(const std::filesystem::path& picture);
 
 /// Writes the picture that the user sees, upright, as a PNG with a fresh name in the workspace.
 /// @throws as image()

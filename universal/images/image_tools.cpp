@@ -34,14 +34,6 @@ struct Request {
   }
 };
 
-std::optional<ImageHeader> headerOf(const fs::path& picture) {
-  try {
-    return imageDecoder().probe(picture);
-  } catch (const PlatformError&) {
-    return std::nullopt;
-  }
-}
-
 /// @return the rectangle that the options ask for, which lies in the picture as the user sees it.
 Rectangle fittingRectangle(const Request& request) {
   const Rectangle area = rectangle(request.options, 1);

@@ -195,6 +195,9 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   Bytes printed = log.content();
   if (!run.accepted.contains(status)) {
     requireRoom(engine.root, printed);
+    if (const auto sentence = run.explain ? run.explain(asText(printed)) : std::nullopt) {
+      throw ConversionFailure::message(*sentence);
+    }
     throw ConversionFailure::message(
         run.name + " could not process this file (exit " + std::to_string(status) +
         "). Check that the file is valid and the selected options fit its content.");

@@ -37,6 +37,9 @@ struct EngineRun {
   /// Called about every 40 ms while the engine runs; may be empty. What it throws ends the engine
   /// at once and is passed on.
   std::function<void()> whileRunning = {};
+  /// Turns what a failed engine printed into a sentence for the user; may be empty. Where it knows
+  /// none, the engine and its exit status are named.
+  std::function<std::optional<std::string>(std::string_view printed)> explain = {};
 };
 
 /// The one place where outside engines (ffmpeg, qpdf, magick, soffice, ...) are found and run.

@@ -16,6 +16,7 @@
 #include "platform/images/color_profile.h"
 #include "platform/images/image_decoder.h"
 #include "platform/images/image_limits.h"
+#include "platform/images/jpeg_segments.h"
 #include "platform/images/orientation.h"
 #include "platform/images/vips/bmp_reader.h"
 #include "platform/images/vips/trusted_readers.h"
@@ -59,6 +60,21 @@ vips::VSource sourceOf(const fs::path& file) {
   return vips::VSource::new_from_file(file.c_str());
 }
 
+/// As above; a JPEG file gets the end that it lacks.
+/// @param completed holds the bytes in that case; outlives the source.
+vips::VSource sourceOf(const fs::path& file, Bytes& completed) {
+  constexpr std::string_view jpegStart = "\xFF\xD8\xFF";
+  if (!startsWith(FileSystem::readPrefix(file, jpegStart.size()), jpegStart)) {
+    return sourceOf(file);
+  }
+  auto whole = withEndOfImage(FileSystem::readAll(file));
+  if (!whole) {
+    return sourceOf(file);
+  }
+  completed = *std::move(whole);
+  return vips::VSource::new_from_memory(completed.data(), completed.size());
+}
+
 /// By the content.
 /// @return nullptr when it is no image of a trusted kind.
 const Reader* readerOf(const vips::VSource& source) {
@@ -71,12 +87,15 @@ const Reader* readerOf(const vips::VSource& source) {
 }
 
 /// @param shrink 1, 2, 4 or 8; above 1 only for JPEG.
-OpenPicture open(const vips::VSource& source, const Reader& reader, int shrink = 1) {
+OpenPicture open(const vips::VSource& source,
+                 const Reader& reader,
+                 int shrink = 1,
+                 VipsFailOn strictness = VIPS_FAIL_ON_ERROR) {
   VImage image;
   vips::VOption* options = VImage::option()
                                ->set("source", source)
                                ->set("access", VIPS_ACCESS_SEQUENTIAL)
-                               ->set("fail_on", VIPS_FAIL_ON_ERROR)
+                               ->set("fail_on", strictness)
                                ->set("out", &image);
   if (shrink > 1) {
     options->set("shrink", shrink);
@@ -266,13 +285,17 @@ std::optional<ImageProperties> propertiesOfBmp(const fs::path& file) {
   return ImageProperties{.width = header->width, .height = header->height, .colorModel = "RGB"};
 }
 
-Bitmap decodePicture(const fs::path& file, int maxDimension) {
-  const vips::VSource source = sourceOf(file);
+Bitmap decodePicture(const fs::path& file, int maxDimension, VipsFailOn strictness) {
+  Bytes completed;
+  const vips::VSource source = sourceOf(file, completed);
   const Reader* reader = readerOf(source);
   if (reader == nullptr) {
     throw PlatformError("The file is no image of a known kind.");
   }
-  OpenPicture picture = open(source, *reader);
+  if (reader->kind != Kind::jpeg) {
+    strictness = VIPS_FAIL_ON_ERROR;
+  }
+  const OpenPicture picture = open(source, *reader, 1, strictness);
   const Size stored{picture.image.width(), picture.image.height()};
   if (!isWithinDecodingLimit(stored.width, stored.height)) {
     throw beyondDecodingLimit();
@@ -280,7 +303,11 @@ Bitmap decodePicture(const fs::path& file, int maxDimension) {
   const Size target = fitted(stored, maxDimension);
   const int orientation = orientationOf(picture.image);
   if (const int shrink = shrinkAtReading(picture, target); shrink > 1) {
-    picture = open(sourceOf(file), *reader, shrink);
+    Bytes again;
+    const vips::VSource second = sourceOf(file, again);
+    return Orientation::upright(
+        pixelsOf(onScreen(scaled(open(second, *reader, shrink, strictness).image, target))),
+        orientation);
   }
   return Orientation::upright(pixelsOf(onScreen(scaled(picture.image, target))), orientation);
 }
@@ -294,6 +321,18 @@ auto inOurWords(Action action) {
   } catch (const vips::VError&) {
     throw VipsLibrary::takeError();
   }
+}
+
+/// The library takes missing data of a JPEG picture for as little as a byte too many: it warns.
+Bitmap decodeComplete(const fs::path& file, int maxDimension) {
+  try {
+    return inOurWords([&] { return decodePicture(file, maxDimension, VIPS_FAIL_ON_WARNING); });
+  } catch (const PlatformError& error) {
+    if (IncompleteImage::isMeantBy(error.what())) {
+      throw IncompleteImage(error.what());
+    }
+  }
+  return inOurWords([&] { return decodePicture(file, maxDimension, VIPS_FAIL_ON_ERROR); });
 }
 
 bool isBmp(const fs::path& file) {
@@ -313,9 +352,8 @@ class VipsDecoder final : public ImageDecoder {
   }
 
   Bitmap decode(const fs::path& file, int maxDimension) override {
-    return inOurWords([&] {
-      return isBmp(file) ? decodeBmp(file, maxDimension) : decodePicture(file, maxDimension);
-    });
+    return isBmp(file) ? inOurWords([&] { return decodeBmp(file, maxDimension); })
+                       : decodeComplete(file, maxDimension);
   }
 };
 

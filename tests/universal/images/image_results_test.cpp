@@ -233,6 +233,27 @@ TEST_F(ImageResultsTest, DrawsTheTextAtItsPlaceInItsColor) {
   }
 }
 
+TEST_F(ImageResultsTest, ReadsPhotosOfEightyMegapixels) {
+  const fs::path photo = workspace() / "large.jpg";
+  (void)withEngines().run("magick", {"-size", "10000x8000", "xc:red", photo.string()}, 60);
+  const auto header = imageDecoder().probe(run(photo, "compress", {}));
+  ASSERT_TRUE(header);
+  EXPECT_EQ(std::pair(header->width, header->height), std::pair(10'000, 8'000));
+}
+
+TEST_F(ImageResultsTest, TakesPhotosWithoutTheirLastMarkerAndRefusesThoseThatLackMore) {
+  const std::string whole = support::contentOf(picture("whole.jpg", {}));
+  const Bitmap expected = decoded(run(workspace() / "whole.jpg", "edit", {}));
+  const fs::path open = folder_.write("open.jpg", whole.substr(0, whole.size() - 2));
+  EXPECT_EQ(decoded(run(open, "edit", {})).pixels, expected.pixels);
+  const std::string half = whole.substr(0, whole.size() * 2 / 3);
+  for (const std::string& content : {half, half + "\xFF\xD9"}) {
+    const fs::path cut = folder_.write("cut.jpg", content);
+    EXPECT_EQ(failureText([&] { return run(cut, "edit", {}); }),
+              "This image is cut short. Get a complete copy of it.");
+  }
+}
+
 struct Extent {
   int width = 0;
   int height = 0;

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/failure_text.h"
+#include "tests/support/pictures.h"
 #include "tests/support/universal_fixture.h"
 
 namespace tolvane::UniversalEngine {
@@ -40,6 +41,37 @@ TEST_F(ImageTest, GivesTheWholeCommandLine) {
     std::replace(expected.begin(), expected.end(), std::string("AB"), std::string("a b"));
     EXPECT_EQ(runsOf("magick").back(), expected);
     EXPECT_EQ(support::contentOf(workspace() / "temporary"), workspace().string() + "\n");
+  }
+}
+
+TEST_F(ImageTest, GivesALargePictureTheRoomThatItTakes) {
+  standIn("magick");
+  const fs::path large = folder_.write("large.png", support::pngHeader(10'000, 8'000));
+  image(large, workspace() / "o.png", {}, {}, withStandIns());
+  const Arguments told = runsOf("magick").back();
+  EXPECT_EQ(Arguments(told.begin(), told.begin() + 12),
+            support::words("-limit memory 128MiB -limit map 1832MiB -limit disk 1832MiB "
+                           "-limit time 60"));
+}
+
+TEST_F(ImageTest, SaysWhichLimitWasReached) {
+  const std::string tooLarge =
+      "This image takes more memory than the local engine may use. Resize it first.";
+  const std::pair<const char*, std::string> cases[] = {
+      {"convert: cache resources exhausted 'a.jpg' @ error/cache.c/OpenPixelCache/4119.", tooLarge},
+      {"convert: width or height exceeds limit 'a.png' @ error/cache.c/OpenPixelCache/3912.",
+       tooLarge},
+      {"convert: time limit exceeded 'a.jpg' @ error/cache.c/GetImagePixelCache/1761.",
+       "The local engine timed out. Try a smaller file or selection."},
+      {"convert: Premature end of JPEG file 'a.jpg' @ warning/jpeg.c/JPEGWarningHandler/399.",
+       "This image is cut short. Get a complete copy of it."},
+      {"convert: no decode delegate for this image format",
+       "magick could not process this file (exit 1). Check that the file is valid and the selected "
+       "options fit its content."}};
+  for (const auto& [printed, sentence] : cases) {
+    standIn("magick", "echo \"" + std::string(printed) + "\"; exit 1");
+    const auto run = [&] { image("/in.jpg", workspace() / "o.png", {}, {}, withStandIns()); };
+    EXPECT_EQ(failureText([&] { return run(), 0; }), sentence);
   }
 }
 
