@@ -37,6 +37,8 @@ struct ImageProperties {
   int depth = 8;           ///< bits a component, as decoded
   bool hasAlpha = false;
   bool hasColorProfile = false;
+  /// Whether its numbers mean other colours than in sRGB: a profile says so, or it is CMYK.
+  bool hasForeignColors = false;
 };
 
 /// A JPEG file that can stand in a PDF as it is: 8 bits, grey or three components.

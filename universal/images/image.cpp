@@ -14,6 +14,7 @@
 #include "platform/files/file_names.h"
 #include "platform/files/file_system.h"
 #include "platform/images/image_decoder.h"
+#include "platform/images/image_encoder.h"
 #include "platform/images/jpeg_segments.h"
 #include "universal/images/engine_path.h"
 #include "universal/job/option_readers.h"
@@ -62,8 +63,34 @@ Arguments opening(const fs::path& input, const std::string& picture) {
           "-auto-orient"};
 }
 
-/// The input, or a copy of it that has the last marker of a JPEG file.
+/// Whether the engine would get the picture wrong: it loses the transparency of HEIF and AVIF, and
+/// drops colour profiles without minding what they say.
+bool isReadBetterByUs(const fs::path& input) {
+  const std::optional<ImageHeader> header = headerOf(input);
+  if (!header) {
+    return false;
+  }
+  if (header->extension == "heic" || header->extension == "heif" || header->extension == "avif") {
+    return true;
+  }
+  const std::optional<ImageProperties> properties = imageDecoder().properties(input);
+  return properties && properties->hasForeignColors;
+}
+
+/// The picture as the user sees it: upright, in sRGB, in 8 bits a component.
+fs::path decoded(const fs::path& input, const JobContext& context) {
+  constexpr int anySize = 16'384;  // pixels, the longer side
+  fs::path copy = context.freshFile("decoded-", ".png");
+  FileSystem::writeAtomically(copy, ImageEncoder::png(loadImage(input, anySize)));
+  return copy;
+}
+
+/// The input, or a copy of it that the engine reads right: decoded, or a JPEG file with the last
+/// marker that it lacked.
 fs::path readable(const fs::path& input, const JobContext& context) {
+  if (isReadBetterByUs(input)) {
+    return decoded(input, context);
+  }
   constexpr std::string_view jpegStart = "\xFF\xD8\xFF";
   std::error_code ignored;
   if (!fs::is_regular_file(input, ignored) ||

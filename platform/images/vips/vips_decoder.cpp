@@ -154,6 +154,10 @@ bool hasForeignProfile(const VImage& image) {
   return !ColorProfile::isStandardRgb({data, size});
 }
 
+bool hasForeignColors(const VImage& image) {
+  return image.interpretation() == VIPS_INTERPRETATION_CMYK || hasForeignProfile(image);
+}
+
 /// By the embedded profile; CMYK without one is taken for the library's usual press.
 VImage fromProfile(const VImage& image) {
   vips::VOption* options = VImage::option()->set("embedded", true);
@@ -179,7 +183,7 @@ VImage onScreen(VImage image) {
     // As with float colours, 0 to 1 is linear light.
     image = VImage::bandjoin({image, image, image})
                 .copy(VImage::option()->set("interpretation", VIPS_INTERPRETATION_scRGB));
-  } else if (image.interpretation() == VIPS_INTERPRETATION_CMYK || hasForeignProfile(image)) {
+  } else if (hasForeignColors(image)) {
     image = fromProfile(image);
   }
   image = image.colourspace(grey ? VIPS_INTERPRETATION_B_W : VIPS_INTERPRETATION_sRGB);
@@ -274,7 +278,8 @@ ImageProperties propertiesOf(const OpenPicture& picture) {
           .colorModel = colorModelOf(image),
           .depth = bitsInByte * static_cast<int>(vips_format_sizeof(image.format())),
           .hasAlpha = image.has_alpha(),
-          .hasColorProfile = image.get_typeof(VIPS_META_ICC_NAME) != 0};
+          .hasColorProfile = image.get_typeof(VIPS_META_ICC_NAME) != 0,
+          .hasForeignColors = hasForeignColors(image)};
 }
 
 std::optional<ImageProperties> propertiesOfBmp(const fs::path& file) {

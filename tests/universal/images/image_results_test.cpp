@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <cstdlib>
 
 #include <gmock/gmock.h>
 
@@ -91,6 +93,62 @@ const struct {
     {"clear.png", {"-alpha", "set", "-channel", "A", "-evaluate", "set", "50%"}, 1},
     {"two.bmp", {"-monochrome"}, 0},
 };
+
+TEST_F(ImageResultsTest, ConvertsTheColorsOfAProfileThatIsDropped) {
+  constexpr const char* adobe = "/usr/share/color/icc/ghostscript/a98.icc";
+  const std::vector<std::string> green = {"-fill", "rgb(120,200,60)", "-colorize", "100"};
+  constexpr std::array seen = {51, 201, 37};  // by another colour engine
+  for (const char* source : {"adobe.jpg", "adobe.png", "adobe.tiff", "deep.png"}) {
+    std::vector<std::string> making = green;
+    making.insert(making.end(), {"-depth", source[0] == 'd' ? "16" : "8", "-profile", adobe});
+    const fs::path file = picture(source, making);
+    for (const char* result : {"png", "jpg", "tiff", "webp", "bmp", "heic", "avif"}) {
+      const fs::path output = workspace() / (std::string("result.") + result);
+      image(file, output, {}, {{"quality", 1}}, withEngines());
+      const Bytes pixel = pixelAt(decoded(output), 20, 15);
+      for (std::size_t index = 0; index < seen.size(); ++index) {
+        EXPECT_NEAR(pixel[index], seen.at(index), 6) << source << " to " << result;
+      }
+    }
+  }
+}
+
+TEST_F(ImageResultsTest, KeepsTheTransparencyOfHeifAndAvif) {
+  const fs::path clear = picture("clear.png",
+                                 {"-resize",
+                                  "64x64!",
+                                  "-alpha",
+                                  "set",
+                                  "-channel",
+                                  "A",
+                                  "-fx",
+                                  "i<32",
+                                  "-depth",
+                                  "8",
+                                  "-define",
+                                  "png:color-type=6"});
+  for (const char* name : {"clear.heic", "clear.avif"}) {
+    const fs::path file = workspace() / name;
+    const std::string making = "heif-enc -L " +
+                               std::string(file.extension() == ".avif" ? "-A -p chroma=444 " : "") +
+                               clear.string() + " -o " + file.string() + " >/dev/null 2>&1";
+    ASSERT_EQ(std::system(making.c_str()), 0) << making;
+    const Bitmap before = decoded(clear);
+    for (const char* result : {"result.png", "result.tiff", "result.webp"}) {
+      image(file, workspace() / result, {}, {{"quality", 1}}, withEngines());
+      const Bitmap after = decoded(workspace() / result);
+      ASSERT_EQ(after.layout, PixelLayout::rgba) << name << " to " << result;
+      EXPECT_EQ(after.row(30)[3], 255);
+      EXPECT_EQ(after.row(30)[60 * 4 + 3], 0);
+      for (const int component : {0, 1, 2}) {
+        EXPECT_NEAR(pixelAt(after, 10, 30).at(static_cast<std::size_t>(component)),
+                    pixelAt(before, 10, 30).at(static_cast<std::size_t>(component)),
+                    6)
+            << name << " to " << result;
+      }
+    }
+  }
+}
 
 TEST_F(ImageResultsTest, CropsAndRedactsPicturesOfEveryKind) {
   for (const auto& [name, making, tolerance] : oddPictureCases) {
