@@ -16,7 +16,8 @@
 namespace tolvane {
 
 /// The media box of a page in points, before rotation, and the page's own rotation in degrees, as
-/// the file states it (-90 and 450 are possible). An empty or missing box is reported as 0 x 0.
+/// the file states it (-90 and 450 are possible). A missing box is of American letter size; an
+/// empty one is reported as 0 x 0.
 struct PdfPageGeometry {
   double width = 0;
   double height = 0;

@@ -30,7 +30,7 @@ const std::tuple<const char*, PdfPage, const char*, double, double, int> geometr
     {"inherited box", {.mediaBox = ""}, "/MediaBox [0 0 20 30]", 20, 30, 0},
     {"crop box ignored", {.entries = "/CropBox [9 9 20 20]"}, "", 612, 792, 0},
     {"user unit ignored", {.entries = "/UserUnit 10"}, "", 612, 792, 0},
-    {"missing box", {.mediaBox = ""}, "", 0, 0, 0},
+    {"missing box", {.mediaBox = ""}, "", 612, 792, 0},
     {"empty box", {.mediaBox = "[5 5 5 90]"}, "", 0, 0, 0},
     {"short box", {.mediaBox = "[0 0 612]"}, "", 0, 0, 0},
     {"words in the box", {.mediaBox = "[0 0 /Wide (high)]"}, "", 0, 0, 0},

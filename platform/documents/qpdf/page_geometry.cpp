@@ -27,6 +27,9 @@ std::optional<Box> boxOf(const QPDFObjectHandle& page, const char* key) {
 }  // namespace
 
 std::optional<Box> mediaBox(const QPDFObjectHandle& page) {
+  if (QPDFPageObjectHelper(page).getAttribute("/MediaBox", false).isNull()) {
+    return Box{0, 0, 612, 792};  // the size that every reader gives a page without one
+  }
   return boxOf(page, "/MediaBox");
 }
 

@@ -12,7 +12,8 @@ namespace tolvane::PageGeometry {
 
 using Box = std::array<double, 4>;  ///< left, bottom, right, top; points
 
-/// @return nullopt when the page has none of finite size; it may be empty.
+/// American letter size for a page without one.
+/// @return nullopt when it has no finite size; it may be empty.
 [[nodiscard]] std::optional<Box> mediaBox(const QPDFObjectHandle& page);
 
 [[nodiscard]] PdfPageGeometry of(const QPDFObjectHandle& page);
