@@ -9,6 +9,7 @@
 #include <new>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <system_error>
@@ -225,12 +226,12 @@ void EngineProcess::endWithThisProcess() try {
 
 void EngineProcess::reap() noexcept {
   siginfo_t info = {};
-  while (::waitid(static_cast<idtype_t>(P_PIDFD),
-                  static_cast<id_t>(process_.number()),
-                  &info,
-                  WEXITED) != 0 &&
+  rusage used = {};  // which only the system call itself tells
+  while (::syscall(SYS_waitid, P_PIDFD, process_.number(), &info, WEXITED, &used) != 0 &&
          errno == EINTR) {
   }
+  constexpr std::uint64_t kilobyte = 1024;
+  peakMemory_ = static_cast<std::uint64_t>(used.ru_maxrss) * kilobyte;
   status_ = info.si_code == CLD_EXITED ? info.si_status : signalled + info.si_status;
   if (info.si_code != CLD_EXITED) {
     killGroup(waitingReport(report_.number()));

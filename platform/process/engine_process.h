@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -49,6 +50,8 @@ class EngineProcess {
   /// @return the engine's exit status; 128 + the number of the signal that ended it.
   /// @throws PlatformError when the engine never came to run.
   [[nodiscard]] int exitStatus();
+  /// Bytes that the largest process of the engine had in memory at one time. After exitStatus().
+  [[nodiscard]] std::uint64_t peakMemory() const { return peakMemory_; }
 
  private:
   void signal(int number) const noexcept;
@@ -58,6 +61,7 @@ class EngineProcess {
   Descriptor report_;          // the helper's words, as far as they were not yet read
   Descriptor process_;         // a pidfd of the helper
   std::optional<int> status_;  // present once reaped
+  std::uint64_t peakMemory_ = 0;
   std::optional<LastAct> atTheEnd_;
 };
 

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -49,6 +50,16 @@ TEST_F(LimitsTest, FilesThatMayNotGrowAreNamedAndLeaveNothing) {
     EXPECT_THAT(err(), EndsWith(": File too large.\n"));
     EXPECT_THAT(resultNames(), IsEmpty());
   }
+}
+
+TEST_F(LimitsTest, AFewBytesThatBecomeGigabytesAreRefusedBeforeTheyFillTheDisk) {
+  const std::string making =
+      "ffmpeg -v error -f lavfi -i anullsrc=r=96000:cl=7.1 -t 750 -compression_level 0 " +
+      path("silence.flac");
+  ASSERT_EQ(std::system(making.c_str()), 0);
+  EXPECT_EQ(run({"convert", path("silence.flac"), "--to", "wav", "--out", results().string()}), 1);
+  EXPECT_EQ(err(), "The output exceeds the 1 GB safety limit.\n");
+  EXPECT_THAT(resultNames(), IsEmpty());
 }
 
 #ifndef __SANITIZE_ADDRESS__  // which reserves more than any of these

@@ -16,9 +16,6 @@ namespace tolvane::ExtractedTree {
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
-
-constexpr int restBetweenWalks = 20;  // times as long as the walk itself
 
 enum class Extraction { running, finished };
 
@@ -44,13 +41,11 @@ class Pass {
   Pass(const CancellationToken& token, Extraction extraction)
       : token_(token), extraction_(extraction) {}
 
-  /// @throws PlatformError when a part of it cannot be read; not while extraction is running, when
-  /// folders may come, go and be closed.
+  /// Over all of it. @throws PlatformError when a part of it cannot be read.
   void over(const OpenFolder& root);
-
- private:
   void visit(const OpenFolder& folder, const OpenFolder::Entry& item);
 
+ private:
   const CancellationToken& token_;
   Extraction extraction_;
   std::uint64_t total_ = 0;  // bytes
@@ -60,11 +55,10 @@ void Pass::over(const OpenFolder& root) {
   FolderWalk walk(root.descriptor());
   while (const auto path = walk.next()) {
     auto folder = walk.open(*path);
-    if (!folder && extraction_ == Extraction::finished) {
+    if (!folder) {
       throw PlatformError::fromErrno("read", *path, errno);
     }
-    while (const auto item = folder ? folder->next() : std::nullopt) {
-      token_.check();
+    while (const auto item = folder->next()) {
       visit(*folder, *item);
       if (item->isFolder) {
         walk.add(*path, item->name);
@@ -74,6 +68,7 @@ void Pass::over(const OpenFolder& root) {
 }
 
 void Pass::visit(const OpenFolder& folder, const OpenFolder::Entry& item) {
+  token_.check();
   struct stat status = {};
   const bool isThere = ::fstatat(folder.descriptor(), item.name, &status, AT_SYMLINK_NOFOLLOW) == 0;
   if (!isThere && extraction_ == Extraction::running) {
@@ -90,12 +85,6 @@ void Pass::visit(const OpenFolder& folder, const OpenFolder::Entry& item) {
   }
 }
 
-void walk(const fs::path& root, const CancellationToken& token, Extraction extraction) {
-  if (const auto folder = OpenFolder::open(AT_FDCWD, root.c_str())) {
-    Pass(token, extraction).over(*folder);
-  }
-}
-
 }  // namespace
 
 void check(const fs::path& root, const CancellationToken& token) {
@@ -103,20 +92,19 @@ void check(const fs::path& root, const CancellationToken& token) {
   if (::lstat(root.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
     makeReadable(AT_FDCWD, root.c_str(), status.st_mode);
   }
-  walk(root, token, Extraction::finished);
+  if (const auto folder = OpenFolder::open(AT_FDCWD, root.c_str())) {
+    Pass(token, Extraction::finished).over(*folder);
+  }
 }
 
 Watch::Watch(fs::path root, const CancellationToken& token)
-    : root_(std::move(root)), token_(&token), next_(Clock::now()) {}
+    : walk_(std::move(root)), token_(&token) {}
 
 void Watch::operator()() {
-  const auto start = Clock::now();
-  if (start < next_) {
-    return;
-  }
-  walk(root_, *token_, Extraction::running);
-  const auto end = Clock::now();
-  next_ = end + restBetweenWalks * (end - start);
+  Pass pass(*token_, Extraction::running);
+  walk_([&pass](const OpenFolder& folder, const OpenFolder::Entry& item) {
+    pass.visit(folder, item);
+  });
 }
 
 }  // namespace tolvane::ExtractedTree

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 
 #include "engine/primitives/cancellation_token.h"
+#include "universal/toolchain/paced_walk.h"
 
 namespace tolvane::ExtractedTree {
 
@@ -15,8 +15,7 @@ namespace tolvane::ExtractedTree {
 void check(const std::filesystem::path& root, const CancellationToken& token);
 
 /// The same check while the tree is still being written, changing nothing, because a few bytes of
-/// an archive can expand until the disk is full. Called again and again; walks the tree only now
-/// and then, so that walking takes about a twentieth of the time.
+/// an archive can expand until the disk is full. To be called again and again.
 class Watch {
  public:
   /// @param token not owned.
@@ -26,9 +25,8 @@ class Watch {
   void operator()();
 
  private:
-  std::filesystem::path root_;
+  PacedWalk walk_;
   const CancellationToken* token_;
-  std::chrono::steady_clock::time_point next_;
 };
 
 }  // namespace tolvane::ExtractedTree

@@ -40,6 +40,12 @@ Words placesOf(const ConfinedEngine& engine) {
   for (const fs::path& place : engine.readable) {
     append(words, {"--read", place.string()});
   }
+  if (engine.memory > 0) {
+    append(words, {"--memory", std::to_string(engine.memory)});
+  }
+  if (engine.fileSize > 0) {
+    append(words, {"--file-size", std::to_string(engine.fileSize)});
+  }
   return words;
 }
 

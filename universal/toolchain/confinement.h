@@ -28,6 +28,8 @@ struct ConfinedEngine {
   /// What it may read besides its own places: files, and folders with all that is below them. Those
   /// that do not exist are passed over.
   std::vector<std::filesystem::path> readable = {};
+  int memory = 0;    ///< MiB that each of its processes may have of its own; 0: no limit
+  int fileSize = 0;  ///< MiB of one file; 0: no limit
 };
 
 /// How engines are confined on this machine. Immutable.

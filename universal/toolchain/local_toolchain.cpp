@@ -10,6 +10,8 @@
 #include "platform/files/platform_error.h"
 #include "platform/process/engine_process.h"
 #include "platform/process/process_log.h"
+#include "universal/toolchain/engine_failure.h"
+#include "universal/toolchain/output_watch.h"
 #include "universal/toolchain/readable_places.h"
 #include "universal/toolchain/socket_directory.h"
 
@@ -78,7 +80,8 @@ EngineProcess::Environment environmentFor(const EngineRun& run, const fs::path& 
 Ending watch(const EngineProcess& process,
              const ProcessLog& log,
              const CancellationToken& token,
-             const EngineRun& run) {
+             const EngineRun& run,
+             const std::function<void()>& look) {
   const auto start = Clock::now();
   if (process.endsWithin(0ms)) {
     return Ending::byItself;
@@ -93,9 +96,7 @@ Ending watch(const EngineProcess& process,
     if (log.size().value_or(0) > maxLogBytes) {
       return Ending::tooTalkative;
     }
-    if (run.whileRunning) {
-      run.whileRunning();
-    }
+    look();
   } while (!process.endsWithin(pollInterval));
   return Ending::byItself;
 }
@@ -121,23 +122,6 @@ void stop(const EngineProcess& process) {
       break;
   }
   throw ConversionFailure::cancelled();
-}
-
-/// Engines end with the same status for a full disk as for a broken file.
-/// @throws ConversionFailure when there is no room for what it was to write.
-void requireRoom(const fs::path& folder, const Bytes& printed) {
-  const std::string_view text = asText(printed);
-  if (text.find("Disk quota exceeded") != std::string_view::npos) {
-    throw ConversionFailure::message(
-        "The disk quota is used up. Free some space or choose another output folder.");
-  }
-  std::error_code error;
-  const fs::space_info space = fs::space(folder, error);
-  if ((!error && space.available == 0) ||
-      text.find("No space left on device") != std::string_view::npos) {
-    throw ConversionFailure::message(
-        "The disk is full. Free some space or choose another output folder.");
-  }
 }
 
 }  // namespace
@@ -166,6 +150,7 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
     throw ConversionFailure::message("Install " + run.name +
                                      " to use this local operation, then reopen the file.");
   }
+  const EngineLimits limits = run.limits.value_or(EngineLimits::of(run.name));
   std::optional<SocketDirectory> sockets;  // goes after the log
   const fs::path folder = fs::absolute(run.in);
   const ProcessLog log(folder);
@@ -175,15 +160,19 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   engine.readable = ReadablePlaces::of(run.name, *program);
   engine.readable.insert(engine.readable.end(), run.inputs.begin(), run.inputs.end());
   engine.readable.push_back(folder);
+  engine.memory = limits.memory;
+  engine.fileSize = limits.fileSize();
   if (run.name == officeSuite) {
     sockets.emplace();
     sockets->addTo(engine);
   }
   const EngineProcess::Environment environment = environmentFor(run, makeScratch(folder));
+  const std::function<void()> look =
+      run.whileRunning ? run.whileRunning : OutputWatch(engine.root, limits.output);
   token.check();
 
   EngineProcess process({confinement().command(engine), environment, log.descriptor()});
-  const Ending ending = watch(process, log, token, run);
+  const Ending ending = watch(process, log, token, run, look);
   if (ending != Ending::byItself) {
     stop(process);
     fail(ending);
@@ -194,13 +183,13 @@ Bytes LocalToolchain::run(const EngineRun& run, const CancellationToken& token) 
   }
   Bytes printed = log.content();
   if (!run.accepted.contains(status)) {
-    requireRoom(engine.root, printed);
-    if (const auto sentence = run.explain ? run.explain(asText(printed)) : std::nullopt) {
-      throw ConversionFailure::message(*sentence);
-    }
-    throw ConversionFailure::message(
-        run.name + " could not process this file (exit " + std::to_string(status) +
-        "). Check that the file is valid and the selected options fit its content.");
+    EngineFailure::explain({.engine = run.name,
+                            .status = status,
+                            .printed = printed,
+                            .known = run.explain ? run.explain(asText(printed)) : std::nullopt,
+                            .peakMemory = process.peakMemory(),
+                            .limits = limits,
+                            .folder = engine.root});
   }
   return printed;
 }

@@ -14,6 +14,7 @@
 #include "engine/primitives/cancellation_token.h"
 #include "platform/files/bytes.h"
 #include "universal/toolchain/confinement.h"
+#include "universal/toolchain/engine_limits.h"
 #include "universal/toolchain/engine_locations.h"
 
 namespace tolvane {
@@ -34,12 +35,13 @@ struct EngineRun {
   std::optional<std::filesystem::path> writableRoot = std::nullopt;
   /// The engine's current directory; absent means `in`.
   std::optional<std::filesystem::path> currentDirectory = std::nullopt;
-  /// Called about every 40 ms while the engine runs; may be empty. What it throws ends the engine
-  /// at once and is passed on.
+  /// Called about every 40 ms while the engine runs, in the place of the look at how much it has
+  /// written; may be empty. What it throws ends the engine at once and is passed on.
   std::function<void()> whileRunning = {};
   /// Turns what a failed engine printed into a sentence for the user; may be empty. Where it knows
   /// none, the engine and its exit status are named.
   std::function<std::optional<std::string>(std::string_view printed)> explain = {};
+  std::optional<EngineLimits> limits = std::nullopt;  ///< absent: those of the engine
 };
 
 /// The one place where outside engines (ffmpeg, qpdf, magick, soffice, ...) are found and run.

@@ -195,6 +195,30 @@ std::string outputAfter(const std::string& mounts,
   return support::HostProgram::output(command);
 }
 
+class BoundedEngineTest : public support::ToolchainFixture {
+ protected:
+  /// @param memory MiB
+  std::string failureOf(const std::string& script, int memory, std::uint64_t output) {
+    EngineRun order = engine("glutton", script);
+    order.limits = EngineLimits{memory, output};
+    return support::failureText([&] { (void)run(order); });
+  }
+};
+
+TEST_F(BoundedEngineTest, EndsWithItsOwnSentence) {
+  constexpr std::uint64_t mebibyte = 1 << 20;
+  constexpr const char* growing = "head -c 300000000 /dev/zero | tail -c 290000000 > /dev/null";
+  constexpr const char* oneFile = "head -c 8000000 /dev/zero > large";
+  constexpr const char* manyFiles =
+      "n=0; while :; do n=$((n+1)); head -c 500000 /dev/zero > $n; done";
+  EXPECT_EQ(failureOf(growing, 64, mebibyte),
+            "glutton needs more than 64 MB of memory for this file. Try a smaller or simpler one.");
+  for (const char* script : {oneFile, manyFiles}) {
+    EXPECT_EQ(failureOf(script, 64, 2 * mebibyte), "The output exceeds the 1 GB safety limit.");
+  }
+  EXPECT_EQ(failureOf("head -c 1000000 /dev/zero > small", 64, 2 * mebibyte), "(no failure)");
+}
+
 TEST(ChangedMachineTest, FullDiskIsNamed) {
   const support::HostProgram program;
   program.addEngine("filler", "head -c 1000000 /dev/zero");

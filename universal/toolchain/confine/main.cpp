@@ -50,6 +50,17 @@ void writeNoCoreFile() {
   Report::check(Kernel::call(SYS_prlimit64, 0, RLIMIT_CORE, &none, nullptr), "core limit");
 }
 
+/// @param mebibytes 0: as inherited, as is a limit that is lower already.
+void limit(int resource, int mebibytes, std::string_view what) {
+  rlimit inherited = {};
+  Report::check(Kernel::call(SYS_prlimit64, 0, resource, nullptr, &inherited), what);
+  const rlim_t wanted = static_cast<rlim_t>(mebibytes) << 20;
+  if (mebibytes > 0 && wanted < inherited.rlim_max) {
+    const rlimit lowered = {wanted, wanted};
+    Report::check(Kernel::call(SYS_prlimit64, 0, resource, &lowered, nullptr), what);
+  }
+}
+
 void confine(const Options& options) {
   const int pathRules = std::min(PathRules::version(), options.newestPathRules);
   if (pathRules < 1) {
@@ -58,6 +69,8 @@ void confine(const Options& options) {
   Report::check(Kernel::call(SYS_chdir, options.folder), options.folder);
   readNothing();
   writeNoCoreFile();
+  limit(RLIMIT_DATA, options.memory, "memory limit");
+  limit(RLIMIT_FSIZE, options.fileSize, "file size limit");
   Report::check(Kernel::call(SYS_prctl, PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), "no new privileges");
   giveUpRights();
   PathRules::apply(options, pathRules);

@@ -40,6 +40,10 @@ void readValue(std::string_view name, const char* value, Options& options) {
     options.sockets = value;
   } else if (name == "--cover") {
     options.cover = value;
+  } else if (name == "--memory") {
+    options.memory = Decimal::read(value);
+  } else if (name == "--file-size") {
+    options.fileSize = Decimal::read(value);
   } else if (name == "--read") {
     // Any number of them, and no memory to keep them in: they are read from the arguments again.
   } else {

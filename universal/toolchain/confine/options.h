@@ -22,6 +22,8 @@ struct Options {
   const char* root = nullptr;     // --root: may be written
   const char* sockets = nullptr;  // --sockets: may be written and hold sockets; null for none
   const char* cover = nullptr;    // --cover: where the socket folder is shown as well
+  int memory = 0;                 // --memory: MiB of each process; 0: as inherited
+  int fileSize = 0;               // --file-size: MiB of each file; 0: as inherited
   char** readable = nullptr;  // where the arguments begin, among which each --read names a place
   char** engine = nullptr;    // what follows --, ended by a null pointer
 };
