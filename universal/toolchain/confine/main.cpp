@@ -56,7 +56,7 @@ void limit(int resource, int mebibytes, std::string_view what) {
   Report::check(Kernel::call(SYS_prlimit64, 0, resource, nullptr, &inherited), what);
   const rlim_t wanted = static_cast<rlim_t>(mebibytes) << 20;
   if (mebibytes > 0 && wanted < inherited.rlim_max) {
-    const rlimit lowered = {wanted, wanted};
+    const rlimit lowered = {std::min(inherited.rlim_cur, wanted), wanted};
     Report::check(Kernel::call(SYS_prlimit64, 0, resource, &lowered, nullptr), what);
   }
 }
