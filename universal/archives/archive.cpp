@@ -67,13 +67,12 @@ void extract(const fs::path& input,
              const fs::path& payload,
              const JobContext& context) {
   FileSystem::createDirectory(payload, folderMode);
-  context.toolchain.run({.name = "7zz",
-                         .arguments = extractArguments(read, payload),
-                         .in = context.workspace,
-                         .timeout = timeLimit,
-                         .inputs = {input},
-                         .whileRunning = ExtractedTree::Watch(payload, context.token)},
-                        context.token);
+  context.run({.name = "7zz",
+               .arguments = extractArguments(read, payload),
+               .in = context.workspace,
+               .timeout = timeLimit,
+               .inputs = {input},
+               .whileRunning = ExtractedTree::Watch(payload, context.token)});
   ExtractedTree::check(payload, context.token);
 }
 
@@ -112,12 +111,11 @@ void create(const fs::path& payload,
             const JobContext& context) {
   if (target == "zip") {
     // From inside the folder, so that names begin there; the log is kept out of it.
-    context.toolchain.run({.name = "7zz",
-                           .arguments = {"a", "-tzip", output, "."},
-                           .in = context.workspace,
-                           .timeout = timeLimit,
-                           .currentDirectory = payload},
-                          context.token);
+    context.run({.name = "7zz",
+                 .arguments = {"a", "-tzip", output, "."},
+                 .in = context.workspace,
+                 .timeout = timeLimit,
+                 .currentDirectory = payload});
   } else {
     context.run("tar", {target == "gz" ? "-czf" : "-cf", output, "-C", payload, "."}, timeLimit);
   }
@@ -166,14 +164,13 @@ void repack(const fs::path& input,
 /// file holds from its end, which is then another. tar knows.
 bool isCutShort(const fs::path& input, const JobContext& context) try {
   constexpr double timeout = 10;  // seconds
-  const Bytes printed = context.toolchain.run({.name = "tar",
-                                               .arguments = {"--force-local", "-tzf", input},
-                                               .in = context.workspace,
-                                               .timeout = timeout,
-                                               .inputs = {input},
-                                               .environment = {{"LC_ALL", "C"}},
-                                               .accepted = {0, 1, 2}},
-                                              context.token);
+  const Bytes printed = context.run({.name = "tar",
+                                     .arguments = {"--force-local", "-tzf", input},
+                                     .in = context.workspace,
+                                     .timeout = timeout,
+                                     .inputs = {input},
+                                     .environment = {{"LC_ALL", "C"}},
+                                     .accepted = {0, 1, 2}});
   return asText(printed).find("gzip: stdin: unexpected end of file") != std::string_view::npos;
 } catch (const ConversionFailure& failure) {
   if (failure.isCancelled()) {

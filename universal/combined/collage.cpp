@@ -47,12 +47,11 @@ fs::path collage(const std::vector<FileInfo>& images, const JobContext& context)
                     "-background",
                     "white",
                     enginePath(output, context)});
-  context.toolchain.run({.name = "magick",
-                         .arguments = std::move(arguments),
-                         .in = context.workspace,
-                         .timeout = timeLimit,
-                         .explain = explainMagick},
-                        context.token);
+  context.run({.name = "magick",
+               .arguments = std::move(arguments),
+               .in = context.workspace,
+               .timeout = timeLimit,
+               .explain = explainMagick});
   return output;
 }
 

@@ -95,6 +95,7 @@ std::vector<fs::path> produceEach(const std::string& id,
   std::vector<fs::path> results;
   for (int index = 0; index < total; ++index) {
     job.token.check();
+    context.requireWorkspaceInPlace();
     const fs::path folder = context.workspace / ("item-" + std::to_string(index));
     FileSystem::createDirectory(folder, ordinaryFolder);
     const auto produced =
@@ -147,7 +148,7 @@ std::vector<fs::path> run(const ConversionEngine& base,
   const FileCapability offer = requireOffer(id, files, toolchain);
   const fs::path destination = requireDestination(job, files.front());
   const JobWorkspace workspace(destination);
-  const JobContext context = {base, toolchain, job.token, workspace.path()};
+  const JobContext context = {base, toolchain, job.token, workspace.path(), &workspace};
   try {
     const auto results = produce(offer, files, job, context);
     return placeResults(

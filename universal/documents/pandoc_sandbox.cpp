@@ -56,17 +56,16 @@ bool isEmptyWritten(const JobContext& context, std::string_view writer) {
   const fs::path empty = context.freshFile("empty-", ".md");
   const fs::path result = context.freshFile("empty-", ".out");
   FileSystem::writeAtomically(empty, {});
-  context.toolchain.run({.name = "pandoc",
-                         .arguments = {"--sandbox",
-                                       "--from=markdown",
-                                       "--to=" + std::string(writer),
-                                       empty.string(),
-                                       "-o",
-                                       result.string()},
-                         .in = context.workspace,
-                         .timeout = timeout,
-                         .accepted = {0, partNotFound}},
-                        context.token);
+  context.run({.name = "pandoc",
+               .arguments = {"--sandbox",
+                             "--from=markdown",
+                             "--to=" + std::string(writer),
+                             empty.string(),
+                             "-o",
+                             result.string()},
+               .in = context.workspace,
+               .timeout = timeout,
+               .accepted = {0, partNotFound}});
   std::error_code ignored;
   const bool isWritten = fs::exists(result, ignored);
   FileSystem::removeQuietly(empty);

@@ -155,14 +155,13 @@ void image(const fs::path& input,
   all.insert(all.end(),
              {"-strip", "-quality", std::to_string(percent), enginePath(output, context)});
   const Bytes printed =
-      context.toolchain.run({.name = "magick",
-                             .arguments = std::move(all),
-                             .in = context.workspace,
-                             .timeout = timeLimit,
-                             .inputs = {picture},
-                             .environment = {{"MAGICK_TEMPORARY_PATH", context.workspace.string()}},
-                             .explain = explainMagick},
-                            context.token);
+      context.run({.name = "magick",
+                   .arguments = std::move(all),
+                   .in = context.workspace,
+                   .timeout = timeLimit,
+                   .inputs = {picture},
+                   .environment = {{"MAGICK_TEMPORARY_PATH", context.workspace.string()}},
+                   .explain = explainMagick});
   // The engine paints grey what is missing, and succeeds.
   if (IncompleteImage::isMeantBy(asText(printed))) {
     throw ConversionFailure::message(imageIsCutShort);

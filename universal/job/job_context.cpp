@@ -9,19 +9,29 @@ namespace tolvane {
 namespace fs = std::filesystem;
 
 JobContext JobContext::in(fs::path folder) const {
-  return {base, toolchain, token, std::move(folder)};
+  return {base, toolchain, token, std::move(folder), holder};
+}
+
+void JobContext::requireWorkspaceInPlace() const {
+  if (holder != nullptr) {
+    holder->requireInPlace();
+  }
+}
+
+Bytes JobContext::run(const EngineRun& order) const {
+  requireWorkspaceInPlace();
+  return toolchain.run(order, token);
 }
 
 Bytes JobContext::run(std::string engine,
                       std::vector<std::string> arguments,
                       double timeout,
                       std::vector<fs::path> inputs) const {
-  return toolchain.run({.name = std::move(engine),
-                        .arguments = std::move(arguments),
-                        .in = workspace,
-                        .timeout = timeout,
-                        .inputs = std::move(inputs)},
-                       token);
+  return run({.name = std::move(engine),
+              .arguments = std::move(arguments),
+              .in = workspace,
+              .timeout = timeout,
+              .inputs = std::move(inputs)});
 }
 
 std::vector<fs::path> JobContext::native(std::string action,

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "engine/conversion_engine.h"
+#include "engine/job_workspace.h"
 #include "engine/primitives/cancellation_token.h"
 #include "engine/primitives/value.h"
 #include "platform/files/bytes.h"
@@ -20,9 +21,20 @@ struct JobContext {
   /// Where results and intermediate files are written: the current directory of every engine and
   /// the tree in which it may write. Goes with the job.
   std::filesystem::path workspace;
+  /// What holds that folder or one around it; null where nobody could replace it.
+  const JobWorkspace* holder = nullptr;
 
   /// The same job in another workspace.
   [[nodiscard]] JobContext in(std::filesystem::path folder) const;
+
+  /// Engines are told of the workspace by its path, which in a folder that others may change can
+  /// come to mean another one.
+  /// @throws ConversionFailure when it does.
+  void requireWorkspaceInPlace() const;
+
+  /// Runs an engine when the workspace is in its place.
+  /// @return what it printed. @throws as LocalToolchain::run
+  Bytes run(const EngineRun& order) const;
 
   /// Runs an engine that must end with status 0.
   /// @param timeout seconds.

@@ -16,17 +16,16 @@ fs::path compressedPdf(const fs::path& input, const JobContext& context) {
   constexpr int succeeded = 0;
   constexpr int succeededWithWarnings = 3;
   fs::path output = context.workspace / "result-compressed.pdf";
-  context.toolchain.run({.name = "qpdf",
-                         .arguments = {"--object-streams=generate",
-                                       "--recompress-flate",
-                                       "--compression-level=9",
-                                       input.string(),
-                                       output.string()},
-                         .in = context.workspace,
-                         .timeout = timeLimit,
-                         .inputs = {input},
-                         .accepted = {succeeded, succeededWithWarnings}},
-                        context.token);
+  context.run({.name = "qpdf",
+               .arguments = {"--object-streams=generate",
+                             "--recompress-flate",
+                             "--compression-level=9",
+                             input.string(),
+                             output.string()},
+               .in = context.workspace,
+               .timeout = timeLimit,
+               .inputs = {input},
+               .accepted = {succeeded, succeededWithWarnings}});
   return output;
 }
 
