@@ -27,6 +27,12 @@ constexpr Need needs[] = {{"ffmpeg", 8 * gigabyte},
                           {"qpdf", 4 * gigabyte}};
 constexpr int others = 2 * gigabyte;
 
+/// ImageMagick holds up to three versions of a picture of 80 megapixels in files of the same
+/// folder.
+std::uint64_t scratchOf(std::string_view engine) {
+  return engine == "magick" ? 2 * gigabyte * mebibyte : 0;
+}
+
 int machinesMemory() {
   const long pages = ::sysconf(_SC_PHYS_PAGES);
   const long pageSize = ::sysconf(_SC_PAGESIZE);
@@ -44,7 +50,7 @@ EngineLimits EngineLimits::of(std::string_view engine) {
         return need.engine == engine;
       });
   const int memory = found != std::end(needs) ? found->memory : others;
-  return {std::min(memory, machinesMemory()), Limits::maxOutputBytes};
+  return {std::min(memory, machinesMemory()), Limits::maxOutputBytes + scratchOf(engine)};
 }
 
 int EngineLimits::fileSize() const {
