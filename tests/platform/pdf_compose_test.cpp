@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
 
 #include "platform/documents/pdf_document.h"
 #include "platform/files/file_system.h"
@@ -67,6 +68,25 @@ TEST_F(ComposeTest, KeepsOrderAndTurnsPages) {
   EXPECT_EQ(composer->pageCount(), 5);
   EXPECT_THAT(summary(*reopened(*composer)),
               ::testing::ElementsAre("B@90", "1@180", "A@270", "B@-90", "B@0"));
+}
+
+TEST_F(ComposeTest, IsHardlyLargerThanAPackedSource) {
+  PdfBuilder builder;
+  for (int page = 0; page < 100; ++page) {
+    builder.page({.text = "Page"});
+  }
+  QPDF original;
+  original.processFile(builder.write(folder_ / "plain.pdf").c_str());
+  const fs::path packed = folder_ / "packed.pdf";
+  QPDFWriter writer(original, packed.c_str());
+  writer.setObjectStreamMode(qpdf_o_generate);
+  writer.write();
+  const auto source = pdfLibrary().open(packed);
+  const auto composer = pdfLibrary().compose();
+  for (int page = 0; page < source->pageCount(); ++page) {
+    composer->append(source, page, std::nullopt);
+  }
+  EXPECT_LE(composer->serialise().size(), fs::file_size(packed) * 102 / 100);
 }
 
 TEST_F(ComposeTest, LeavesTheSourceAsItIs) {

@@ -69,7 +69,7 @@ void ComposedDocument::append(const JpegPhoto& photo) {
 Bytes ComposedDocument::serialise() {
   try {
     links_.connect(*document_);
-    Bytes bytes = written(*document_, version_);
+    Bytes bytes = written(*document_, version_, Packing::smallest);
     for (const std::shared_ptr<SourceDocument>& source : sources_) {
       source->checkUnchanged();
     }

@@ -23,16 +23,20 @@ class IntoBytes : public Pipeline {
   Bytes& bytes_;
 };
 
+// Object streams came with this version; an older reader could not open them.
+constexpr const char* versionWithObjectStreams = "1.5";
+
 }  // namespace
 
-Bytes written(QPDF& document, const std::string& minimumVersion) {
+Bytes written(QPDF& document, const std::string& minimumVersion, Packing packing) {
   Bytes bytes;
   IntoBytes pipeline(bytes);
   QPDFWriter writer(document);
   writer.setOutputPipeline(&pipeline);
   writer.setMinimumPDFVersion(minimumVersion);
   writer.setStreamDataMode(qpdf_s_preserve);
-  writer.setObjectStreamMode(qpdf_o_disable);
+  const bool packs = packing == Packing::smallest && minimumVersion >= versionWithObjectStreams;
+  writer.setObjectStreamMode(packs ? qpdf_o_generate : qpdf_o_disable);
   writer.setPreserveEncryption(false);
   writer.write();
   return bytes;

@@ -86,7 +86,7 @@ Bytes copyForRendering(const std::shared_ptr<SourceFile>& file) {
   const std::shared_ptr<QPDF> document = openedDocument(file);
   simplifyPages(*document);
   inflateStreams(*document);
-  return written(*document, document->getPDFVersion());
+  return written(*document, document->getPDFVersion(), Packing::quickest);
 }
 
 }  // namespace tolvane
