@@ -44,7 +44,10 @@ class ToolchainFixture : public ::testing::Test {
   }
 
   [[nodiscard]] static bool isAlive(const std::string& process) {
-    return std::filesystem::exists("/proc/" + process);
+    // What has ended stays in the list until whoever inherited it has asked for its status.
+    const std::string status = contentOf("/proc/" + process + "/status");
+    return !status.empty() && status.find("\nState:\tZ") == std::string::npos &&
+           status.find("\nState:\tX") == std::string::npos;
   }
 
  protected:
